@@ -1,0 +1,20 @@
+// The kernels of one instruction set. Included by exactly one source file per set, which names the
+// set (ORVANE_INSTRUCTION_SET) and its vector width in bytes (ORVANE_VECTOR_BYTES).
+//
+// Everything here lives in a namespace without a name and calls no inline function or template of
+// the standard library: the linker keeps one copy of such a function for the whole program, and it
+// could be the one compiled for a processor that is not there.
+
+#include "orvane/kernels/Kernels.h"
+
+namespace orvane {
+namespace {
+#include "orvane/kernels/Vector.inl"
+} // namespace
+
+extern const Kernels ORVANE_KERNEL_TABLE;
+const Kernels ORVANE_KERNEL_TABLE = {
+    InstructionSet::ORVANE_INSTRUCTION_SET,
+};
+
+} // namespace orvane

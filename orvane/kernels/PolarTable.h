@@ -1,0 +1,59 @@
+#pragma once
+
+// One contiguous row per theta step with all normalised Legendre values K(l, m) * P(l, m) of 30
+// bands. K * P is the same for +m and -m, so a row holds each |m| once:
+//
+//   order 0: l = 0 1 2 ... 29, 0 0 | order 1: l = 1 2 ... 29, 0 0 0 | ... | order 29: l = 29, 0 ...
+//
+// Every order's run is padded with zeros to a multiple of 8 values, so that runs start on a 64-byte
+// boundary: a point of the sphere is one stream of aligned vectors.
+
+#include "orvane/kernels/AlignedArray.h"
+
+#include <array>
+#include <cstddef>
+
+namespace orvane {
+
+/// Bands that the tables cover, l = 0..29.
+inline constexpr int tableBands = 30;
+/// Coefficient indices that the tables cover.
+inline constexpr int tableCoefficients = tableBands * tableBands;
+
+/// Number of bands that have order m (m >= 0): l = m..29.
+constexpr int PolarRunLength(int m)
+{
+    return tableBands - m;
+}
+constexpr int PolarPaddedRunLength(int m)
+{
+    return (PolarRunLength(m) + 7) / 8 * 8;
+}
+
+/// Where the run of order m starts in a row; entry 30 is the length of a row.
+inline constexpr std::array<int, tableBands + 1> polarRunStart = [] {
+    std::array<int, tableBands + 1> start{};
+    for (int m = 0; m < tableBands; ++m)
+        start[m + 1] = start[m] + PolarPaddedRunLength(m);
+    return start;
+}();
+
+inline constexpr int polarRowLength = polarRunStart[tableBands];
+static_assert(polarRowLength == 576);
+
+/// Position of K(l, |m|) * P(l, |m|) in a row.
+constexpr int PolarIndex(int l, int absOrder)
+{
+    return polarRunStart[absOrder] + l - absOrder;
+}
+
+struct PolarTable {
+    AlignedArray<double> rows; ///< numSteps rows of polarRowLength values
+
+    const double *Row(std::size_t thetaIndex) const
+    {
+        return rows.data() + thetaIndex * polarRowLength;
+    }
+};
+
+} // namespace orvane

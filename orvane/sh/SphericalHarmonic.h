@@ -1,0 +1,49 @@
+#pragma once
+
+// One set of real spherical-harmonic coefficients: a scalar function on the sphere.
+
+#include "orvane/sh/SharedArray.h"
+#include "teskexposure/include/TeskInterfaces"
+
+#include <cstdint>
+
+/// The coefficients stand band by band: band l >= 0, order m in -l..l, at index l*l + l + m.
+///
+/// Every operation that walks coefficients uses the array's count; `numBands` is what evaluation
+/// and rendering read. Both agree (count = numBands squared) unless a script writes the `numBands`
+/// attribute, which changes the field alone.
+class SphericalHarmonic : public IRoot {
+public:
+    /// The class's description; built on the first call. Defined by whoever exposes the class.
+    static ClassDescriptor *StaticClassDescriptor();
+    ClassDescriptor *GetClassDescriptor() override { return StaticClassDescriptor(); }
+
+    /// Sets the band count and resizes to bands * bands coefficients: the first ones are kept, new
+    /// ones are 0.
+    /// @param bands 0 to 46,340
+    /// @throws std::invalid_argument outside that range; std::bad_alloc. The set is then unchanged.
+    void SetNumBands(std::int32_t bands);
+
+    /// @throws std::out_of_range unless 0 <= index < GetNumCoefficients()
+    void SetCoefficient(std::int32_t index, const float &value);
+    /// @throws std::out_of_range unless 0 <= index < GetNumCoefficients()
+    float GetCoefficient(std::int32_t index) const;
+    /// The array's element count.
+    std::int32_t GetNumCoefficients() const;
+    /// Sets every coefficient to 0; count and band count stay.
+    void Clean();
+
+    // In-place arithmetic (Arithmetic.cpp). The target may be any of the operands.
+
+    void Add(const SphericalHarmonic &source);
+    void AddScaled(const SphericalHarmonic &source, float scale);
+    void Subtract(const SphericalHarmonic &source);
+    void SubtractScaled(const SphericalHarmonic &source, float scale);
+    void Scale(float scale);
+    void CopyScaleAndSubtract(const SphericalHarmonic &toCopy, double scale,
+                              const SphericalHarmonic &toSubtract);
+    void Lerp(const SphericalHarmonic &from, const SphericalHarmonic &to, double alpha);
+
+    std::int32_t numBands = 0;
+    SharedArray<float> coefficients;
+};
