@@ -5,6 +5,7 @@
 // elements leaves the block to its readers and goes on with a fresh one. Without readers it is a
 // plain vector.
 
+#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <vector>

@@ -24,6 +24,12 @@ public:
     /// @throws std::invalid_argument outside that range; std::bad_alloc. The set is then unchanged.
     void SetNumBands(std::int32_t bands);
 
+    /// Stores the band count as given, a negative one included, and resizes to its square taken as
+    /// a wrapping 32-bit product.
+    /// @throws std::invalid_argument where that product is negative; std::bad_alloc. The set is
+    /// then unchanged.
+    void ResizeToBands(std::int32_t bands);
+
     /// @throws std::out_of_range unless 0 <= index < GetNumCoefficients()
     void SetCoefficient(std::int32_t index, const float &value);
     /// @throws std::out_of_range unless 0 <= index < GetNumCoefficients()

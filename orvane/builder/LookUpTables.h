@@ -1,0 +1,18 @@
+#pragma once
+
+// What every operation that reads the lookup tables asks first.
+
+#include <cstddef>
+
+class SHBuilder;
+
+namespace orvane {
+
+/// @throws NotReady naming GenerateLookUpTables while the builder has no tables
+void RequireLookUpTables(const SHBuilder &builder);
+
+/// The table step of polar angle `theta`, in radians, which is never folded; needs the tables.
+/// @throws std::invalid_argument where theta is below 0, beyond the tables or not finite
+std::size_t PolarStep(const SHBuilder &builder, double theta);
+
+} // namespace orvane

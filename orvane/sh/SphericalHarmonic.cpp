@@ -1,0 +1,63 @@
+#include "orvane/sh/SphericalHarmonic.h"
+
+#include "orvane/sh/Basis.h"
+#include "orvane/sh/Errors.h"
+
+#include <algorithm>
+
+using namespace orvane;
+
+namespace {
+
+constexpr std::int32_t mostBands = 46340; ///< the last whose square fits in a signed 32-bit integer
+
+void CheckIndex(const SphericalHarmonic &sh, std::int32_t index)
+{
+    const std::int32_t count = sh.GetNumCoefficients();
+    if (index < 0 || index >= count)
+        throw std::out_of_range(IllegalValue("index", index,
+                                             count > 0 ? "0 to " + std::to_string(count - 1)
+                                                       : "none: the set is empty"));
+}
+
+} // namespace
+
+void SphericalHarmonic::SetNumBands(std::int32_t bands)
+{
+    if (bands < 0 || bands > mostBands)
+        throw std::invalid_argument(
+            IllegalValue("numBands", bands, "0 to " + std::to_string(mostBands)));
+    ResizeToBands(bands);
+}
+
+void SphericalHarmonic::ResizeToBands(std::int32_t bands)
+{
+    const std::int32_t count = CoefficientCount(bands);
+    if (count < 0)
+        throw std::invalid_argument(
+            IllegalValue("numBands", bands, "a square within 32 signed bits"));
+    coefficients.resize(static_cast<std::size_t>(count));
+    numBands = bands;
+}
+
+void SphericalHarmonic::SetCoefficient(std::int32_t index, const float &value)
+{
+    CheckIndex(*this, index);
+    coefficients[index] = value;
+}
+
+float SphericalHarmonic::GetCoefficient(std::int32_t index) const
+{
+    CheckIndex(*this, index);
+    return coefficients[index];
+}
+
+std::int32_t SphericalHarmonic::GetNumCoefficients() const
+{
+    return static_cast<std::int32_t>(coefficients.size());
+}
+
+void SphericalHarmonic::Clean()
+{
+    std::fill(coefficients.begin(), coefficients.end(), 0.0f);
+}
