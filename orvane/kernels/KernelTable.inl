@@ -10,11 +10,14 @@
 namespace orvane {
 namespace {
 #include "orvane/kernels/Vector.inl"
+
+#include "orvane/kernels/AngleFactors.inl"
 } // namespace
 
 extern const Kernels ORVANE_KERNEL_TABLE;
 const Kernels ORVANE_KERNEL_TABLE = {
     InstructionSet::ORVANE_INSTRUCTION_SET,
+    FillAngleFactors,
 };
 
 } // namespace orvane

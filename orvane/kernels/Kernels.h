@@ -3,12 +3,14 @@
 // The table of kernels. Each job has a header that states its arguments and a .inl file with its
 // code; KernelTable.inl puts them together and is compiled once per instruction set.
 
+#include "orvane/kernels/AngleFactors.h"
 #include "orvane/kernels/InstructionSet.h"
 
 namespace orvane {
 
 struct Kernels {
     InstructionSet instructionSet;
+    AngleFactorsKernel angleFactors;
 };
 
 } // namespace orvane

@@ -12,6 +12,7 @@ typedef int VecI __attribute__((vector_size(lanes * 4)));
 // Loads and stores through these types may be unaligned and may alias anything.
 typedef double VecDUnaligned __attribute__((vector_size(lanes * 8), aligned(8), may_alias));
 typedef float VecFUnaligned __attribute__((vector_size(lanes * 4), aligned(4), may_alias));
+typedef int VecIUnaligned __attribute__((vector_size(lanes * 4), aligned(4), may_alias));
 
 inline VecD Load(const double *from)
 {
@@ -29,6 +30,10 @@ inline void Store(float *to, VecF value)
 {
     *reinterpret_cast<VecFUnaligned *>(to) = value;
 }
+inline void Store(int *to, VecI value)
+{
+    *reinterpret_cast<VecIUnaligned *>(to) = value;
+}
 inline VecD Broadcast(double value)
 {
     return value - VecD{};
@@ -40,4 +45,13 @@ inline VecF Narrow(VecD value)
 inline VecD Widen(VecF value)
 {
     return __builtin_convertvector(value, VecD);
+}
+inline VecD Widen(VecI value)
+{
+    return __builtin_convertvector(value, VecD);
+}
+/// Toward zero; every lane within the range of int.
+inline VecI Truncate(VecD value)
+{
+    return __builtin_convertvector(value, VecI);
 }
