@@ -2,6 +2,18 @@
 set(PYTHON2 "" CACHE FILEPATH "The Python 2.7 interpreter")
 include_guard(GLOBAL)
 
+if(CMAKE_CROSSCOMPILING)
+    # Nothing of a foreign Python can be run: PYTHON27_WIN is the folder it is installed in. Windows
+    # binds every symbol to a library when it links, so a module needs the import library too.
+    add_library(python27_headers INTERFACE)
+    target_include_directories(python27_headers SYSTEM INTERFACE ${PYTHON27_WIN}/include)
+    target_compile_definitions(python27_headers INTERFACE MS_WIN64)
+    find_library(PYTHON27_IMPORT_LIBRARY NAMES python27.lib libpython27.a python27
+        PATHS ${PYTHON27_WIN}/libs ${PYTHON27_WIN} REQUIRED NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
+    target_link_libraries(python27_headers INTERFACE ${PYTHON27_IMPORT_LIBRARY})
+    return()
+endif()
+
 if(NOT PYTHON2)
     find_program(PYTHON2_FOUND NAMES python2.7 python2)
     set(PYTHON2 ${PYTHON2_FOUND})

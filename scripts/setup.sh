@@ -8,7 +8,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 PATH=$PATH:${PYENV_ROOT:-$HOME/.pyenv}/bin
 
 buildPackages=(cmake ninja-build g++ libgtest-dev)
-checkPackages=(clang-format clang-tidy cppcheck)
+checkPackages=(clang clang-format clang-tidy cppcheck)
 
 Fail() {
     echo "$*" >&2
