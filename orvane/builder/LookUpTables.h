@@ -2,6 +2,8 @@
 
 // What every operation that reads the lookup tables asks first.
 
+#include "orvane/kernels/AngleFactors.h"
+
 #include <cstddef>
 
 class SHBuilder;
@@ -14,5 +16,8 @@ void RequireLookUpTables(const SHBuilder &builder);
 /// The table step of polar angle `theta`, in radians, which is never folded; needs the tables.
 /// @throws std::invalid_argument where theta is below 0, beyond the tables or not finite
 std::size_t PolarStep(const SHBuilder &builder, double theta);
+
+/// The angle tables as the kernels take them.
+AngleTables AngleTablesOf(const SHBuilder &builder);
 
 } // namespace orvane

@@ -6,18 +6,25 @@
 // could be the one compiled for a processor that is not there.
 
 #include "orvane/kernels/Kernels.h"
+#include "orvane/kernels/PolarTable.h"
+
+#include <utility>
 
 namespace orvane {
 namespace {
 #include "orvane/kernels/Vector.inl"
 
 #include "orvane/kernels/AngleFactors.inl"
+#include "orvane/kernels/Evaluation.inl"
+#include "orvane/kernels/Legendre.inl"
 } // namespace
 
 extern const Kernels ORVANE_KERNEL_TABLE;
 const Kernels ORVANE_KERNEL_TABLE = {
     InstructionSet::ORVANE_INSTRUCTION_SET,
     FillAngleFactors,
+    FillLegendreTables,
+    EvaluatePoint,
 };
 
 } // namespace orvane

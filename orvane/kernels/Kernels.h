@@ -4,13 +4,17 @@
 // code; KernelTable.inl puts them together and is compiled once per instruction set.
 
 #include "orvane/kernels/AngleFactors.h"
+#include "orvane/kernels/Evaluation.h"
 #include "orvane/kernels/InstructionSet.h"
+#include "orvane/kernels/Legendre.h"
 
 namespace orvane {
 
 struct Kernels {
     InstructionSet instructionSet;
     AngleFactorsKernel angleFactors;
+    LegendreKernel legendre;
+    EvaluationKernel evaluation;
 };
 
 } // namespace orvane

@@ -1,0 +1,20 @@
+#pragma once
+
+// Job: the associated Legendre functions of 30 bands at every theta step, both as one array per
+// coefficient index and as the normalised rows of the polar table.
+
+#include <cstdint>
+
+namespace orvane {
+
+struct LegendreTables {
+    const double *cosines;       ///< numSteps values cos theta, -1 to 1
+    std::int32_t numSteps;       ///< 1 and up
+    const double *normalisation; ///< K(l, m) at index l*l + l + m, 900 values
+    double *const *legendre;     ///< 900 arrays of numSteps: P(l, |m|, cos theta); filled
+    double *polarRows;           ///< numSteps rows as PolarTable.h lays them out; filled
+};
+
+using LegendreKernel = void (*)(const LegendreTables &tables);
+
+} // namespace orvane
