@@ -29,7 +29,7 @@ SIGNED = _signed_colours()
 
 
 class Picture(object):
-    """width * height RGB pixels, (0, 0) at the top left; what is drawn outside is left out."""
+    """width * height RGB pixels, (0, 0) at the top left."""
 
     def __init__(self, width, height, background=PAPER):
         self.width = width
@@ -37,7 +37,7 @@ class Picture(object):
         self.pixels = bytearray(bytearray(background) * (width * height))
 
     def point(self, x, y, colour):
-        """Set one pixel."""
+        """Set one pixel; outside of the picture nothing happens."""
         if 0 <= x < self.width and 0 <= y < self.height:
             start = (y * self.width + x) * 3
             self.pixels[start:start + 3] = bytearray(colour)
@@ -51,6 +51,11 @@ class Picture(object):
                         self.point(x + column, y + row, colour)
             x += (GLYPH_WIDTH + 1) * size
 
+    def line(self, x, y, across, down, length, colour=INK):
+        """Draw `length` pixels from (x, y) in steps of (across, down)."""
+        for step in range(length):
+            self.point(x + step * across, y + step * down, colour)
+
     def cross(self, x, y, colour=MARK, reach=4):
         """Mark the pixel (x, y) by an upright cross with an open middle."""
         for distance in range(2, reach + 1):
@@ -58,17 +63,25 @@ class Picture(object):
                 self.point(x + across, y + down, colour)
 
     def flat(self, left, top, image, width, colours=GREY):
-        """Draw an equirectangular byte image as it is: phi to the right, theta downwards."""
-        for index, value in enumerate(bytearray(image)):
-            self.point(left + index % width, top + index // width, colours[value])
+        """Draw an equirectangular byte image as it is: phi to the right, theta downwards.
 
-    def globe(self, left, top, size, image, width, theta, phi, colours=GREY):
-        """Draw an equirectangular byte image as a globe, seen from far above (theta, phi).
+        It must lie inside the picture.
+        """
+        image = bytearray(image)
+        for row in range(len(image) // width):
+            start = ((top + row) * self.width + left) * 3
+            self.pixels[start:start + 3 * width] = bytearray(
+                channel for value in image[row * width:(row + 1) * width]
+                for channel in colours[value])
 
-        The globe fills a square of `size` pixels. Its pole points upwards, phi grows to the right.
+    def globe(self, left, top, size, image, width, view, colours=GREY):
+        """Draw an equirectangular byte image as a globe, seen from far above the point `view`.
+
+        view: (theta, phi). The pole points upwards, phi grows to the right; size is in pixels.
         """
         image = bytearray(image)
         height = len(image) // width
+        theta, phi = view
         outward = _direction(theta, phi)
         right = _direction(math.pi / 2, phi + math.pi / 2)
         up = _direction(theta - math.pi / 2, phi)
