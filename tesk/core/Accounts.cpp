@@ -69,7 +69,8 @@ void *Allocate(TeskAllocationKind kind, TeskAccount *account, std::size_t bytes)
     account->peakBytes = std::max(account->peakBytes, account->bytes);
     liveBytes += static_cast<std::int64_t>(bytes);
     peakLiveBytes = std::max(peakLiveBytes, liveBytes);
-    return new (memory) Block{account, bytes} + 1;
+    Block *const block = new (memory) Block{account, bytes};
+    return block + 1;
 }
 
 void Free(void *memory)
