@@ -1,13 +1,13 @@
 #pragma once
 
 // What the host has counted: live objects, memory by name, assertion hits; and a way to make it run
-// out of memory on purpose. For tests and for programs that embed the host, through C linkage so
-// that a script can reach it as well.
+// out of memory on purpose. For tests and for programs that embed the host; all but the printable
+// report has C linkage, so that a test script can call it too.
 
 #include "vexcore/include/VEXExport"
 
 #include <cstdint>
-#include <cstdio>
+#include <string>
 
 /// What is accounted under one name: a class, or a tag of the tracking allocator. It lives as long
 /// as the process and is always up to date.
@@ -60,11 +60,11 @@ TESK_API TeskTotals TeskReportTotals(void);
 /// Forgets assertion hits and an outstanding failure, and takes what lives now as every peak.
 TESK_API void TeskResetReport(void);
 
-/// Prints all of the above in plain words.
-TESK_API void TeskPrintReport(std::FILE *stream);
-
 /// Makes the n-th allocation of the given kinds from now fail, once; 0 takes the order back.
 TESK_API void TeskFailAllocation(int kinds, std::int64_t n);
 /// True while the allocation that was to fail has not come yet.
 TESK_API bool TeskFailureIsPending(void);
 }
+
+/// All of the above in plain words, one line for each class, tag and assertion and one of sums.
+TESK_API std::string TeskReportText();

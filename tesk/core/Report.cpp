@@ -2,25 +2,14 @@
 
 #include "tesk/core/Accounts.h"
 
-#include <cinttypes>
+#include <sstream>
 
 namespace {
 
-void PrintAccounts(std::FILE *stream, const char *kind, const TeskAccount *account)
+void WriteMemory(std::ostream &out, const TeskAccount &account)
 {
-    for (; account; account = account->next) {
-        std::fprintf(stream, "%s %s:", kind, account->name);
-        if (!account->file)
-            std::fprintf(stream, " %" PRId64 " live objects,", account->liveObjects);
-        std::fprintf(stream,
-                     " %" PRId64 " bytes in %" PRId64 " allocations (peak %" PRId64
-                     " bytes, %" PRId64 " allocations)",
-                     account->bytes, account->allocations, account->peakBytes,
-                     account->peakAllocations);
-        if (account->file)
-            std::fprintf(stream, ", %s:%" PRId32, account->file, account->line);
-        std::fprintf(stream, "\n");
-    }
+    out << account.bytes << " bytes in " << account.allocations << " allocations (peak "
+        << account.peakBytes << " bytes, " << account.peakAllocations << " allocations)";
 }
 
 } // namespace
@@ -39,17 +28,26 @@ void TeskResetReport(void)
     TeskFailAllocation(0, 0);
 }
 
-void TeskPrintReport(std::FILE *stream)
+std::string TeskReportText()
 {
-    PrintAccounts(stream, "class", TeskClassAccounts());
-    PrintAccounts(stream, "tag", TeskTagAccounts());
-    for (const TeskAssertionCount *count = TeskAssertionCounts(); count; count = count->next)
-        std::fprintf(stream, "assertion \"%s\" failed %" PRId64 " times, %s:%" PRId32 "\n",
-                     count->expression, count->hits, count->file, count->line);
+    std::ostringstream out;
+    for (const TeskAccount *account = TeskClassAccounts(); account; account = account->next) {
+        out << "class " << account->name << ": " << account->liveObjects << " live objects, ";
+        WriteMemory(out, *account);
+        out << '\n';
+    }
+    for (const TeskAccount *account = TeskTagAccounts(); account; account = account->next) {
+        out << "tag " << account->name << ": ";
+        WriteMemory(out, *account);
+        out << ", " << account->file << ':' << account->line << '\n';
+    }
+    for (const TeskAssertionCount *count = TeskAssertionCounts(); count; count = count->next) {
+        out << "assertion \"" << count->expression << "\" failed " << count->hits << " times, "
+            << count->file << ':' << count->line << '\n';
+    }
     const TeskTotals totals = TeskReportTotals();
-    std::fprintf(stream,
-                 "total: %" PRId64 " live objects, %" PRId64 " bytes in %" PRId64
-                 " allocations (peak %" PRId64 " bytes), %" PRId64 " assertion hits\n",
-                 totals.liveObjects, totals.bytes, totals.allocations, totals.peakBytes,
-                 totals.assertionHits);
+    out << "total: " << totals.liveObjects << " live objects, " << totals.bytes << " bytes in "
+        << totals.allocations << " allocations (peak " << totals.peakBytes << " bytes), "
+        << totals.assertionHits << " assertion hits\n";
+    return out.str();
 }

@@ -1,0 +1,92 @@
+#pragma once
+
+// A class of objects to try the host with, and a fixture that sees to it that nothing is left.
+
+#include "tesk/TeskReport.h"
+#include "teskexposure/include/TeskCollections"
+#include "teskexposure/include/TeskWeakRef"
+
+#include <gtest/gtest.h>
+
+#include <new>
+#include <string>
+
+class TestObject : public IRoot {
+public:
+    static ClassDescriptor *StaticClassDescriptor()
+    {
+        static const Tx::Clsid clsid("Tests", "TestObject");
+        static const Tx::IID root("IRoot");
+        static const Tx::IID own("TestObject");
+        static const Tx::InterfaceEntry interfaces[] = {{&root, 0}, {&own, 0}, {nullptr, 0}};
+        static ClassDescriptor descriptor = {
+            .clsid = &clsid, .iid = &own, .interfaces = interfaces};
+        return &descriptor;
+    }
+    static const Tx::Clsid &Class() { return *StaticClassDescriptor()->clsid; }
+
+    TestObject()
+    {
+        if (constructorFails)
+            throw std::bad_alloc();
+    }
+    ~TestObject() { ++destroyed; }
+    ClassDescriptor *GetClassDescriptor() override { return StaticClassDescriptor(); }
+
+    static inline bool constructorFails = false;
+    static inline int destroyed = 0; ///< since the test began
+};
+
+/// The complete object, its count open to tests.
+class Object : public RootRefLockWR<TestObject> {
+public:
+    using Counting = RootRefLock<TeskWeakAdapter<TestObject>>;
+    using Counting::mLockCount;
+    WeakReference **WeakReferences() { return weakRefSite.mRefs.begin(); }
+    size_t WeakReferenceCount() const { return weakRefSite.mRefs.size(); }
+};
+
+class HostTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        TestObject::destroyed = 0;
+        TeskResetReport();
+        TxClasses->RegisterClasses(
+            {{TestObject::StaticClassDescriptor(), &ClassFactory<TestObject>, 0}});
+    }
+
+    /// A test that provokes assertions looks at them and resets the report.
+    void TearDown() override
+    {
+        const TeskTotals totals = TeskReportTotals();
+        EXPECT_EQ(totals.liveObjects, 0);
+        EXPECT_EQ(totals.allocations, 0);
+        EXPECT_EQ(totals.bytes, 0);
+        EXPECT_EQ(totals.assertionHits, 0);
+        EXPECT_FALSE(TeskFailureIsPending());
+    }
+
+    /// A new object through its factory; null where that fails.
+    static TestObject *Create(const char *interface = "IRoot")
+    {
+        void *out = nullptr;
+        const bool created = TeskCreateInstance(TestObject::Class(), Tx::IID(interface), &out);
+        EXPECT_EQ(created, out != nullptr);
+        return static_cast<TestObject *>(static_cast<IRoot *>(out));
+    }
+
+    static IWeakObject *WeakInterface(IRoot *object)
+    {
+        void *out = nullptr;
+        EXPECT_TRUE(object->QueryInterface(Tx::IID("IWeakObject"), &out, 0));
+        return static_cast<IWeakObject *>(out);
+    }
+
+    static const TeskAccount *Account(const TeskAccount *list, const std::string &name)
+    {
+        while (list && list->name != name)
+            list = list->next;
+        return list;
+    }
+};
