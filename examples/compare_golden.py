@@ -1,0 +1,134 @@
+"""Compares the module with the golden vectors: results that every build of it has to reproduce.
+
+Runs inside any host whose Python 2.7 can import _Orvane. Vectors in which no library function takes
+part have to be equal to the bit; the others may differ by the tolerance that the vector states.
+
+usage: compare_golden.py [VECTORS]
+"""
+
+import os
+import struct
+import sys
+
+import _Orvane
+
+VECTORS = os.path.join(os.path.dirname(os.path.abspath(__file__)),
+                       "..", "tests", "golden", "vectors.txt")
+
+
+class Vector(object):
+    """One recipe with the result that it has to give."""
+
+    def __init__(self, block):
+        recipe, result = block.split("\nresult ")
+        lines = recipe.splitlines()
+        self.name = lines[0]
+        self.functions = lines[1].split()[1:]
+        self.exact = self.functions == ["none"]
+        self.tolerance = float(lines[2].split()[1])
+        self.calls = [line.split() for line in lines[3:]]
+        words = result.split()
+        self.target, count, values = words[0], int(words[1]), words[2:]
+        if self.target == "image":
+            self.expected = list(bytearray.fromhex("".join(values)))
+        else:
+            self.expected = [float.fromhex(value) for value in values]
+            self.expected += [0.0] * (count - len(values))
+
+    def run(self):
+        """What the module at hand gives: coefficients, or pixels."""
+        builder = _Orvane.SHBuilder()
+        sets = {}
+        for words in self.calls:
+            new_set, method = (words[0], words[2]) if "=" in words else (None, words[0])
+            arguments = words[3:] if new_set else words[1:]
+            values = [sets[word] if word in sets else number(word) for word in arguments]
+            result = getattr(builder, method)(*as_parameters(method, values))
+            if new_set:
+                sets[new_set] = result
+        if self.target == "image":
+            return list(bytearray(str(builder.GetImageBuffer())))
+        chosen = sets[self.target]
+        return [chosen.GetCoefficient(i) for i in range(chosen.GetNumCoefficients())]
+
+
+def read_vectors(path):
+    """The vectors of a file, in its order."""
+    with open(path) as text:
+        blocks = text.read().split("\nvector ")
+    return [Vector(block) for block in blocks[1:]]
+
+
+def draws(seed, count):
+    """Draws of the random generator: 0 to 32767."""
+    state = seed
+    for _ in range(count):
+        state = (state * 214013 + 2531011) & 0xffffffff
+        yield state >> 16 & 32767
+
+
+def as_parameters(method, values):
+    """The values of a recipe's line as the method takes them."""
+    if method == "CreateSHFromBuffer":
+        seed, bands = values
+        floats = [(draw - 16384) / 16384.0 for draw in draws(seed, bands * bands)]
+        return struct.pack("<%df" % len(floats), *floats), bands
+    if method == "CreateSHFromImageBuffer":
+        width, height, bands, seed = values
+        pixels = bytearray(draw & 255 for draw in draws(seed, width * height))
+        return width, height, bands, str(pixels)
+    if method == "RotateSH":
+        rows = [tuple(values[i:i + 3]) + (0.0,) for i in (1, 4, 7)]
+        return values[0], tuple(rows) + ((0.0, 0.0, 0.0, 1.0),)
+    return values
+
+
+def number(word):
+    try:
+        return int(word)
+    except ValueError:
+        return float(word)
+
+
+def bits(value):
+    """The bit pattern of a single-precision float."""
+    return struct.unpack("<I", struct.pack("<f", value))[0]
+
+
+def unit_in_last_place(value):
+    """Distance from a finite single-precision float's magnitude to the next larger one."""
+    pattern = bits(abs(value))
+    return struct.unpack("<f", struct.pack("<I", pattern + 1))[0] - abs(value)
+
+
+def compare(vector, actual):
+    """(whether `actual` passes, what is to be said of it)"""
+    expected = vector.expected
+    if len(actual) != len(expected):
+        return False, "%d values instead of %d" % (len(actual), len(expected))
+    different = sum(bits(a) != bits(e) for a, e in zip(actual, expected))
+    if not different:
+        return True, "equal to the bit"
+    unit = 1.0
+    if vector.target != "image":
+        unit = unit_in_last_place(max(abs(e) for e in expected))
+    largest = max(abs(a - e) for a, e in zip(actual, expected)) / unit
+    passes = not vector.exact and largest <= vector.tolerance
+    return passes, "%d of %d differ, by at most %.3g %s (tolerance %g)" % (
+        different, len(expected), largest,
+        "grey levels" if vector.target == "image" else "units in the last place",
+        vector.tolerance)
+
+
+def main():
+    failures = 0
+    for vector in read_vectors(sys.argv[1] if len(sys.argv) > 1 else VECTORS):
+        passes, verdict = compare(vector, vector.run())
+        failures += not passes
+        print "%-4s %-32s %-24s %s" % ("ok" if passes else "FAIL", vector.name,
+                                       " ".join(vector.functions), verdict)
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
