@@ -98,8 +98,7 @@ struct JobRow {
         round.Add("floor", job.floor);
         for (const InstructionSet set : instructionSets)
             if (orvane::IsSupported(set))
-                round.Add(orvane::Name(set),
-                          [&, set] { job.shipped(orvane::KernelsFor(set)); });
+                round.Add(orvane::Name(set), [&, set] { job.shipped(orvane::KernelsFor(set)); });
         const std::map<std::string, double> times = round.Run();
 
         literal.Add(times.at("literal"));
@@ -156,7 +155,7 @@ struct MemoryRow {
     Figure bytes;
 };
 
-// Filled by static initialisers, before main.
+// What was added, in that order.
 template <typename Row> std::vector<Row> &Rows()
 {
     static std::vector<Row> rows;
@@ -178,7 +177,11 @@ std::string Time(double nanoseconds)
 std::string Number(double value)
 {
     char text[32];
-    std::snprintf(text, sizeof text, value < 10.0 ? "%.2f" : value < 100.0 ? "%.1f" : "%.0f", value);
+    std::snprintf(text, sizeof text,
+                  value < 10.0    ? "%.2f"
+                  : value < 100.0 ? "%.1f"
+                                  : "%.0f",
+                  value);
     return text;
 }
 
@@ -193,14 +196,13 @@ void PrintJobs(const std::vector<JobRow> &rows)
                 continue;
             const auto &[nanoseconds, ratio, floorShare, allocations] = shipped->second;
             const double aim = row.aims.For(set);
-            std::printf("| %s | %s | %s | %s | %s | %s | %s | %s |\n", row.name.c_str(),
-                        orvane::Name(set), Time(row.literal.Value()).c_str(),
-                        Time(nanoseconds.Value()).c_str(), Number(ratio.Value()).c_str(),
-                        aim > 0.0 ? ("≥ " + Number(aim)).c_str() : "",
-                        floorShare.values.empty()
-                            ? ""
-                            : (Number(100.0 * floorShare.Value()) + " %").c_str(),
-                        std::to_string(static_cast<long>(allocations.Value())).c_str());
+            std::printf(
+                "| %s | %s | %s | %s | %s | %s | %s | %s |\n", row.name.c_str(), orvane::Name(set),
+                Time(row.literal.Value()).c_str(), Time(nanoseconds.Value()).c_str(),
+                Number(ratio.Value()).c_str(), aim > 0.0 ? ("≥ " + Number(aim)).c_str() : "",
+                floorShare.values.empty() ? ""
+                                          : (Number(100.0 * floorShare.Value()) + " %").c_str(),
+                std::to_string(static_cast<long>(allocations.Value())).c_str());
         }
 }
 

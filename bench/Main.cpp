@@ -1,6 +1,7 @@
 // Usage: orvane_bench [--runs=N] [--benchmark_filter=REGEX]
 
 #include "bench/Harness.h"
+#include "bench/Jobs.h"
 #include "orvane/kernels/Kernels.h"
 
 #include <benchmark/benchmark.h>
@@ -45,6 +46,8 @@ int main(int argumentCount, char **arguments)
         std::fprintf(stderr, "usage: %s [--runs=N] [--benchmark_filter=REGEX]\n", arguments[0]);
         return 2;
     }
+
+    bench::AddTableJobs();
 
     std::printf("Processor: %s, widest instruction set in use: %s. One thread; medians.\n\n",
                 ProcessorModel().c_str(), orvane::Name(orvane::BestKernels().instructionSet));

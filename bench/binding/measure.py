@@ -1,7 +1,7 @@
 """Nanoseconds per call of the module's methods beside minimal C functions that parse the same
 arguments and return the same kind of result. Python 2.7.
 
-usage: binding.py DIRECTORY_OF_ORVANE DIRECTORY_OF_MINIMAL
+usage: measure.py DIRECTORY_OF_THE_MODULES
 """
 
 import gc
@@ -9,7 +9,7 @@ import itertools
 import sys
 import time
 
-sys.path[:0] = sys.argv[1:3]
+sys.path.insert(0, sys.argv[1])
 
 import _Orvane
 import minimal

@@ -69,6 +69,6 @@ static_assert(sizeof(TrackableContainer<WeakReference *>) == 3 * 8 + 64);
 static_assert(sizeof(RootRefLockWR<Exposed>) == 16 + 8 + 88 + 8);
 
 // What a thunk is handed: an object and one of its operations.
-static_assert(sizeof(Exposed *) + sizeof(double (Exposed::*)(int, double, double)) == 16);
+static_assert(sizeof(Exposed *) + sizeof(double(Exposed::*)(int, double, double)) == 16);
 
 template class RootRefLockWR<Exposed>;

@@ -1,0 +1,39 @@
+#pragma once
+
+// The objects that jobs work on, made without the host's class table.
+
+#include "orvane/builder/SHBuilder.h"
+#include "platform/RuntimeRandom.h"
+#include "teskexposure/include/TeskWeakRef"
+
+#include <memory>
+
+namespace bench {
+
+/// An object of an exposed class; the last owner gives its one reference back.
+template <class T> std::shared_ptr<T> MakeObject()
+{
+    return {new RootRefLockWR<T>, [](T *object) { object->Unlock(); }};
+}
+
+/// A builder with tables for `numSteps` steps.
+inline std::shared_ptr<SHBuilder> MakeBuilder(int numSteps)
+{
+    auto builder = MakeObject<SHBuilder>();
+    builder->GenerateLookUpTables(numSteps);
+    return builder;
+}
+
+/// A set that is rough at every scale: uniform draws from -1 to 1, falling off with the band.
+inline std::shared_ptr<SphericalHarmonic> MakeSet(int numBands)
+{
+    auto set = MakeObject<SphericalHarmonic>();
+    set->SetNumBands(numBands);
+    platform::RuntimeRandom random;
+    for (int l = 0; l < numBands; ++l)
+        for (int i = l * l; i < (l + 1) * (l + 1); ++i)
+            set->coefficients[i] = (random.Next() / 16384.0f - 1.0f) / (l + 1);
+    return set;
+}
+
+} // namespace bench

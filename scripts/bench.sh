@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Measures every job against the literal model and the binding against minimal C functions, and
+# prints the tables as Markdown. Arguments go to the benchmark program: --benchmark_filter=REGEX
+# chooses jobs, --runs=N how often each is measured anew (5 where nothing is said).
+
+source "$(dirname "$0")/setup.sh"
+
+InstallPackages "${buildPackages[@]}" libbenchmark-dev
+NeedPython2
+Build bench orvane_bench minimal _Orvane >&2
+
+build/bench/bin/orvane_bench --runs=5 "$@"
+echo
+"$PYTHON2" bench/binding/measure.py build/bench/lib
