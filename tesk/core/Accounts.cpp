@@ -75,8 +75,6 @@ void *Allocate(TeskAllocationKind kind, TeskAccount *account, std::size_t bytes)
 
 void Free(void *memory)
 {
-    if (!memory)
-        return;
     Block *const block = static_cast<Block *>(memory) - 1;
     const auto bytes = static_cast<std::int64_t>(block->bytes);
     --block->account->allocations;

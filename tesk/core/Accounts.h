@@ -16,7 +16,7 @@ TeskAccount *TagAccount(const char *tag);
 
 /// Raw memory, entered into `account`; null where there is none or the account is null.
 void *Allocate(TeskAllocationKind kind, TeskAccount *account, std::size_t bytes);
-/// Returns what Allocate gave; null is allowed.
+/// Takes back what Allocate gave.
 void Free(void *memory);
 
 /// What is live over all accounts, and the most that was.

@@ -45,17 +45,18 @@ int ExitStatus()
     PyErr_NormalizeException(&type, &value, &traceback);
     PyObject *const code = PyObject_GetAttrString(value, "code");
     int status = 1;
-    if (!code)
-        PyErr_Print();
-    else if (code == Py_None)
+    if (code == Py_None) {
         status = 0;
-    else if (PyInt_Check(code))
+    } else if (code && PyInt_Check(code)) {
         status = static_cast<int>(PyInt_AS_LONG(code));
-    else if (PyObject *const message = PyObject_Str(code)) {
-        std::fprintf(stderr, "%s\n", PyString_AS_STRING(message));
-        Py_DECREF(message);
-    } else
-        PyErr_Print();
+    } else {
+        PyObject *const message = code ? PyObject_Str(code) : nullptr;
+        if (message)
+            std::fprintf(stderr, "%s\n", PyString_AS_STRING(message));
+        else
+            PyErr_Print();
+        Py_XDECREF(message);
+    }
     Py_XDECREF(code);
     Py_XDECREF(traceback);
     Py_XDECREF(value);
