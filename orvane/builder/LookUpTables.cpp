@@ -18,20 +18,6 @@ namespace {
 /// The largest table size: 1.9 GB of Legendre arrays, 1.2 GB of polar rows.
 constexpr std::int32_t mostSteps = 262144;
 
-/// Refuses an azimuth whose multiples up to `order` cannot all be folded.
-void RequireFoldable(double phi, int order)
-{
-    if (!std::isfinite(phi) || !std::isfinite(order * phi))
-        throw std::invalid_argument(IllegalValue("phi", phi, "a finite angle"));
-}
-
-/// The bands that the first `count` coefficients reach into.
-int BandsReached(std::int32_t count)
-{
-    const int whole = WholeTableBands(count);
-    return CoefficientCount(whole) < count ? whole + 1 : whole;
-}
-
 /// The sum of the set's first CoefficientCount(bands) terms. `name` is what the caller's band count
 /// is called in a refusal.
 double Evaluate(const SHBuilder &builder, const SphericalHarmonic &sh, double phi, double theta,
@@ -70,6 +56,12 @@ std::size_t PolarStep(const SHBuilder &builder, double theta)
         throw std::invalid_argument(
             IllegalValue("theta", theta, "a polar angle from 0 to pi, within the tables"));
     return static_cast<std::size_t>(step);
+}
+
+void RequireFoldable(double phi, int order)
+{
+    if (!std::isfinite(phi) || !std::isfinite(order * phi))
+        throw std::invalid_argument(IllegalValue("phi", phi, "a finite angle"));
 }
 
 AngleTables AngleTablesOf(const SHBuilder &builder)

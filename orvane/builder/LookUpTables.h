@@ -17,6 +17,10 @@ void RequireLookUpTables(const SHBuilder &builder);
 /// @throws std::invalid_argument where theta is below 0, beyond the tables or not finite
 std::size_t PolarStep(const SHBuilder &builder, double theta);
 
+/// Refuses an azimuth whose multiples up to `order` cannot all be folded.
+/// @throws std::invalid_argument where one of them is not finite
+void RequireFoldable(double phi, int order);
+
 /// The angle tables as the kernels take them.
 AngleTables AngleTablesOf(const SHBuilder &builder);
 

@@ -13,7 +13,8 @@
 
 namespace orvane {
 struct Kernels;
-}
+enum class InstructionSet;
+} // namespace orvane
 
 /// One point of the sphere: polar angle 0 to pi, azimuth 0 to 2 pi, in radians.
 struct SphericalSample {
@@ -43,6 +44,10 @@ public:
     ~SHBuilder();
     SHBuilder(const SHBuilder &) = delete;
     SHBuilder &operator=(const SHBuilder &) = delete;
+
+    /// Makes the builder compute with other kernels than the processor's best; all give the same
+    /// bits.
+    void UseInstructionSet(orvane::InstructionSet instructionSet);
 
     // Lookup tables and evaluation: LookUpTables.cpp
 
@@ -93,7 +98,7 @@ public:
     SphericalHarmonic &CreateImportanceSampledGaussSH(SphericalHarmonic &sh, double latitude,
                                                       double longitude, double stdDev);
 
-    // Image: Image.cpp
+    // Image: Image.cpp, ImageProjection.cpp
 
     void SetImageBuffer(std::int32_t width, std::int32_t height);
     void ClearImageBuffer();

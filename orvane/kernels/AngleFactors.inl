@@ -42,8 +42,9 @@ inline double FoldLargeAngle(double angle)
     return angle < 0.0 ? fullTurn - rest : rest;
 }
 
-inline void FillAngleFactors(const AngleTables &tables, double phi, int orders,
-                             AngleFactors &factors)
+/// The bounded table indices of the orders 0 to orders - 1.
+inline void FindAngleIndices(const AngleTables &tables, double phi, int orders,
+                             int (&index)[factorEntries])
 {
     alignas(64) double folded[factorEntries];
     if (__builtin_fabs(phi) * factorEntries < vectorFoldLimit)
@@ -54,12 +55,16 @@ inline void FillAngleFactors(const AngleTables &tables, double phi, int orders,
             folded[m] = m < orders ? FoldLargeAngle(m * phi) : 0.0;
 
     const double last = tables.numSteps - 1;
-    alignas(64) int index[factorEntries];
     for (int m = 0; m < orders; m += lanes) {
         const VecD step = Load(folded + m) * tables.angleScale;
         Store(index + m, Truncate(step < last ? step : Broadcast(last)));
     }
+}
 
+void FillAngleFactors(const AngleTables &tables, double phi, int orders, AngleFactors &factors)
+{
+    alignas(64) int index[factorEntries];
+    FindAngleIndices(tables, phi, orders, index);
     factors.cosine[0] = 1.0;
     factors.sine[0] = 0.0;
     for (int m = 1; m < orders; ++m) {

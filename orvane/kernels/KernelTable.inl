@@ -15,8 +15,10 @@ namespace {
 #include "orvane/kernels/Vector.inl"
 
 #include "orvane/kernels/AngleFactors.inl"
+#include "orvane/kernels/CosineEstimate.inl"
 #include "orvane/kernels/Evaluation.inl"
 #include "orvane/kernels/Legendre.inl"
+#include "orvane/kernels/Projection.inl"
 } // namespace
 
 extern const Kernels ORVANE_KERNEL_TABLE;
@@ -25,6 +27,9 @@ const Kernels ORVANE_KERNEL_TABLE = {
     FillAngleFactors,
     FillLegendreTables,
     EvaluatePoint,
+    EstimateCosines,
+    AddPoints<WeightedRounding>,
+    AddPoints<PixelRounding>,
 };
 
 } // namespace orvane

@@ -4,9 +4,11 @@
 // code; KernelTable.inl puts them together and is compiled once per instruction set.
 
 #include "orvane/kernels/AngleFactors.h"
+#include "orvane/kernels/CosineEstimate.h"
 #include "orvane/kernels/Evaluation.h"
 #include "orvane/kernels/InstructionSet.h"
 #include "orvane/kernels/Legendre.h"
+#include "orvane/kernels/Projection.h"
 
 namespace orvane {
 
@@ -15,6 +17,9 @@ struct Kernels {
     AngleFactorsKernel angleFactors;
     LegendreKernel legendre;
     EvaluationKernel evaluation;
+    CosineEstimateKernel cosineEstimate;
+    ProjectionKernel addWeighted;
+    ProjectionKernel addPixels;
 };
 
 } // namespace orvane

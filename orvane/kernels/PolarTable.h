@@ -10,7 +10,6 @@
 
 #include "orvane/kernels/AlignedArray.h"
 
-#include <array>
 #include <cstddef>
 
 namespace orvane {
@@ -30,13 +29,19 @@ constexpr int PolarPaddedRunLength(int m)
     return (PolarRunLength(m) + 7) / 8 * 8;
 }
 
-/// Where the run of order m starts in a row; entry 30 is the length of a row.
-inline constexpr std::array<int, tableBands + 1> polarRunStart = [] {
-    std::array<int, tableBands + 1> start{};
+struct PolarRunStarts {
+    int at[tableBands + 1];
+};
+inline constexpr PolarRunStarts polarRunStarts = [] {
+    PolarRunStarts start{};
     for (int m = 0; m < tableBands; ++m)
-        start[m + 1] = start[m] + PolarPaddedRunLength(m);
+        start.at[m + 1] = start.at[m] + PolarPaddedRunLength(m);
     return start;
 }();
+
+/// Where the run of order m starts in a row; entry 30 is the length of a row. A plain array, so
+/// that kernels may read it: no function of a standard container is called.
+inline constexpr const int (&polarRunStart)[tableBands + 1] = polarRunStarts.at;
 
 inline constexpr int polarRowLength = polarRunStart[tableBands];
 static_assert(polarRowLength == 576);

@@ -39,6 +39,9 @@ constexpr std::int32_t CoefficientCount(std::int32_t bands)
     return static_cast<std::int32_t>(value * value);
 }
 
+/// The most bands that a set can have: the last count whose square fits in 32 signed bits.
+inline constexpr std::int32_t mostSetBands = 46340;
+
 /// Number of bands, at most 30, that an array of `count` coefficients holds completely.
 constexpr int WholeTableBands(std::size_t count)
 {
@@ -46,6 +49,14 @@ constexpr int WholeTableBands(std::size_t count)
     while (bands < tableBands && static_cast<std::size_t>(CoefficientCount(bands + 1)) <= count)
         ++bands;
     return bands;
+}
+
+/// The bands that the first `count` coefficients reach into, the last one perhaps in part.
+/// @param count at most 900
+constexpr int BandsReached(std::int32_t count)
+{
+    const int whole = WholeTableBands(count);
+    return CoefficientCount(whole) < count ? whole + 1 : whole;
 }
 
 /// K(l, m) at CoefficientIndex(l, m), the sqrt(2) of the real functions of m != 0 included.

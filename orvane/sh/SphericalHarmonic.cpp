@@ -9,8 +9,6 @@ using namespace orvane;
 
 namespace {
 
-constexpr std::int32_t mostBands = 46340; ///< the last whose square fits in a signed 32-bit integer
-
 void CheckIndex(const SphericalHarmonic &sh, std::int32_t index)
 {
     const std::int32_t count = sh.GetNumCoefficients();
@@ -24,9 +22,9 @@ void CheckIndex(const SphericalHarmonic &sh, std::int32_t index)
 
 void SphericalHarmonic::SetNumBands(std::int32_t bands)
 {
-    if (bands < 0 || bands > mostBands)
+    if (bands < 0 || bands > mostSetBands)
         throw std::invalid_argument(
-            IllegalValue("numBands", bands, "0 to " + std::to_string(mostBands)));
+            IllegalValue("numBands", bands, "0 to " + std::to_string(mostSetBands)));
     ResizeToBands(bands);
 }
 
