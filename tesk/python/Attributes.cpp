@@ -8,48 +8,50 @@
 namespace tesk {
 namespace {
 
-/// The field of the wrapped object. Python has checked that `self` is of the attribute's type.
-char *Field(PyObject *self, const AttributeRecord &record)
+/// The field of the wrapped object that the record in `closure` describes. Python has checked that
+/// `self` is of the attribute's type.
+char *Field(PyObject *self, void *closure)
 {
     IRoot *const native = reinterpret_cast<Wrapper *>(self)->native;
-    return reinterpret_cast<char *>(native) + record.fieldOffset;
+    return reinterpret_cast<char *>(native) +
+           static_cast<const AttributeRecord *>(closure)->fieldOffset;
 }
 
-template <class T> T Load(const char *field)
+PyObject *ToPython(std::int32_t value)
+{
+    return PyInt_FromLong(value);
+}
+
+PyObject *ToPython(double value)
+{
+    return PyFloat_FromDouble(value);
+}
+
+template <class T> PyObject *Get(PyObject *self, void *closure)
 {
     T value;
-    std::memcpy(&value, field, sizeof value);
-    return value;
+    std::memcpy(&value, Field(self, closure), sizeof value);
+    return ToPython(value);
 }
 
-/// Converts `value` as a method's first argument and stores it.
-template <class T> int Store(PyObject *self, PyObject *value, const AttributeRecord &record)
+/// Converts the value as a method would its first argument.
+template <class T> int Set(PyObject *self, PyObject *value, void *closure)
 {
+    if (!value) {
+        PyErr_SetString(PyExc_TypeError, "the attribute cannot be deleted");
+        return -1;
+    }
     T converted;
     if (!TeskExtractArgumentImpl(value, converted, 0, false))
         return -1;
-    std::memcpy(Field(self, record), &converted, sizeof converted);
+    std::memcpy(Field(self, closure), &converted, sizeof converted);
     return 0;
 }
 
-PyObject *GetAttribute(PyObject *self, void *closure)
+template <class T> void Bind(PyGetSetDef &attribute, unsigned int flags)
 {
-    const auto &record = *static_cast<const AttributeRecord *>(closure);
-    if (record.typeCode == AttributeTypeInt32)
-        return PyInt_FromLong(Load<std::int32_t>(Field(self, record)));
-    return PyFloat_FromDouble(Load<double>(Field(self, record)));
-}
-
-int SetAttribute(PyObject *self, PyObject *value, void *closure)
-{
-    const auto &record = *static_cast<const AttributeRecord *>(closure);
-    if (!value) {
-        PyErr_Format(PyExc_TypeError, "attribute '%s' cannot be deleted", record.name);
-        return -1;
-    }
-    if (record.typeCode == AttributeTypeInt32)
-        return Store<std::int32_t>(self, value, record);
-    return Store<double>(self, value, record);
+    attribute.get = flags & AttributeReadable ? Get<T> : nullptr;
+    attribute.set = flags & AttributeWritable ? Set<T> : nullptr;
 }
 
 } // namespace
@@ -65,10 +67,12 @@ PyGetSetDef *MakeAttributes(const AttributeRecord *records)
     for (std::size_t i = 0; i < count; ++i) {
         const AttributeRecord &record = records[i];
         attributes[i].name = const_cast<char *>(record.name);
-        attributes[i].get = record.flags & AttributeReadable ? GetAttribute : nullptr;
-        attributes[i].set = record.flags & AttributeWritable ? SetAttribute : nullptr;
         attributes[i].doc = const_cast<char *>(record.doc);
         attributes[i].closure = const_cast<AttributeRecord *>(&record);
+        if (record.typeCode == AttributeTypeInt32)
+            Bind<std::int32_t>(attributes[i], record.flags);
+        else if (record.typeCode == AttributeTypeDouble)
+            Bind<double>(attributes[i], record.flags);
     }
     return attributes;
 }
