@@ -102,9 +102,13 @@ int Tables::PhiIndex(double angle) const
 
 double Tables::Basis(int index, double phi, double theta) const
 {
-    const int t = Index(theta);
+    return BasisAtStep(index, phi, Index(theta));
+}
+
+double Tables::BasisAtStep(int index, double phi, int thetaStep) const
+{
     const int m = orderLut[index];
-    double y = legendreLut[index][t] * NormalisationTable()[index];
+    double y = legendreLut[index][thetaStep] * NormalisationTable()[index];
     if (m > 0)
         y = y * cosLut[PhiIndex(static_cast<double>(m) * phi)];
     if (m < 0)

@@ -26,6 +26,8 @@ struct Tables {
     int Index(double angle) const;    ///< truncated, not folded
     int PhiIndex(double angle) const; ///< folded, at most the last entry
     double Basis(int index, double phi, double theta) const;
+    /// The same where the table step of theta is known.
+    double BasisAtStep(int index, double phi, int thetaStep) const;
     /// The sum over the first bands * bands coefficients.
     double Evaluate(const float *coefficients, int bands, double phi, double theta) const;
 

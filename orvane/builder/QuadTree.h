@@ -1,0 +1,34 @@
+#pragma once
+
+// An equal-area quadtree over the sphere: where points crowd, leaves are small and shared.
+//
+// A cell is a rectangle in azimuth and cosine of the polar angle, the coordinates in which equal
+// rectangles are equal areas. The root covers phi 0 to 2 pi and cos theta -1 to 1; a cell that
+// holds more than one point is quartered at its single-precision midpoints, down to 11 levels below
+// the root. A point on a midline belongs to the lower side.
+
+#include <cstdint>
+#include <vector>
+
+namespace orvane {
+
+struct QuadPoint {
+    double phi;      ///< azimuth in radians, 0 to 2 pi or a hair above
+    double cosTheta; ///< -1 to 1
+};
+
+/// The leaf that holds a point.
+struct QuadLeaf {
+    std::int32_t depth; ///< 0 (the root) to quadTreeDepth
+    std::int32_t count; ///< points in it, at least 1; more than 1 at quadTreeDepth only
+};
+
+/// Depth of the smallest cells.
+inline constexpr int quadTreeDepth = 11;
+
+/// The leaf of every point, in the points' order, of the tree that holds them all.
+/// @param points at most 2^31 - 1
+/// @throws std::bad_alloc
+std::vector<QuadLeaf> FindQuadLeaves(const std::vector<QuadPoint> &points);
+
+} // namespace orvane

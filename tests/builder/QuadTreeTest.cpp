@@ -1,0 +1,93 @@
+#include "orvane/builder/QuadTree.h"
+#include "tests/model/LiteralImportance.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+namespace {
+
+using orvane::QuadPoint;
+
+void ExpectLiteralLeaves(const std::vector<QuadPoint> &points)
+{
+    std::vector<literal::ImportanceSample> samples;
+    std::vector<literal::ImportanceSample *> pointers;
+    for (const QuadPoint &point : points)
+        samples.push_back({point.cosTheta, 0.0, point.phi});
+    for (literal::ImportanceSample &sample : samples)
+        pointers.push_back(&sample);
+    const auto root = literal::BuildQuadTree(pointers);
+    const std::vector<orvane::QuadLeaf> leaves = orvane::FindQuadLeaves(points);
+    ASSERT_EQ(leaves.size(), points.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        ASSERT_EQ(leaves[i].depth, samples[i].cell->depth) << "point " << i;
+        ASSERT_EQ(leaves[i].count, samples[i].cell->count) << "point " << i;
+    }
+}
+
+/// A bound of some cell on the way down from the root, or its neighbour among the doubles.
+double NearMidline(float low, float high, std::mt19937 &random)
+{
+    float middle = 0;
+    for (int depth = random() % 11; depth >= 0; --depth) {
+        middle = (low + high) * 0.5f;
+        (random() % 2 ? low : high) = middle;
+    }
+    const double sides[] = {middle, std::nextafter(middle, -9.0), std::nextafter(middle, 9.0)};
+    return sides[random() % 3];
+}
+
+TEST(QuadTree, LeavesAreThoseOfTheLiteralTree)
+{
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    std::normal_distribution<double> normal;
+    const auto uniform = [&] {
+        return QuadPoint{unit(random) * literal::twoPi, unit(random) * 2 - 1};
+    };
+    const auto clustered = [&] {
+        return QuadPoint{literal::WrapAngle(1 + 0.01 * normal(random)),
+                         std::cos(0.02 * normal(random))};
+    };
+    const auto midline = [&] {
+        return QuadPoint{std::abs(NearMidline(0.0f, 6.2831855f, random)),
+                         NearMidline(-1.0f, 1.0f, random)};
+    };
+    for (const int count : {0, 1, 2, 3, 50, 3000})
+        for (int mixture = 0; mixture < 6; ++mixture) {
+            std::vector<QuadPoint> points;
+            for (int i = 0; i < count; ++i) {
+                const int kind = mixture < 3 ? mixture : i % (mixture - 1);
+                points.push_back(kind == 0 ? uniform() : kind == 1 ? clustered() : midline());
+            }
+            ExpectLiteralLeaves(points);
+        }
+}
+
+TEST(QuadTree, EndsOfTheRangesBelongToTheOuterCells)
+{
+    const double turn = literal::twoPi;
+    std::vector<QuadPoint> points;
+    for (const double phi : {0.0, 5e-324, turn / 2, std::nextafter(turn, 0.0), turn,
+                             std::nextafter(turn, 7.0), turn * (1 + 1e-7)})
+        for (const double cosTheta : {-1.0, std::nextafter(-1.0, 0.0), -5e-324, 0.0, 1e-20, 1.0})
+            for (int copies = 0; copies < 2; ++copies)
+                points.push_back({phi, cosTheta});
+    ExpectLiteralLeaves(points);
+}
+
+TEST(QuadTree, CoincidingPointsShareADeepestLeaf)
+{
+    const std::vector<orvane::QuadLeaf> leaves =
+        orvane::FindQuadLeaves({{1.0, 0.5}, {1.0, 0.5}, {1.0, 0.5}, {4.0, 0.5}});
+    const int depths[] = {11, 11, 11, 1};
+    const int counts[] = {3, 3, 3, 1};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(leaves[i].depth, depths[i]);
+        EXPECT_EQ(leaves[i].count, counts[i]);
+    }
+}
+
+} // namespace
