@@ -1,0 +1,34 @@
+# What `cmake --install` lays out:
+#   bin/                   the minimal host, tesk-run
+#   lib/orvane/            the module and the host's stand-in, side by side
+#   include/orvane/        the host's headers, under the paths by which they include each other
+#   lib/cmake/Orvane/      what find_package(Orvane) reads
+#   share/doc/orvane/      the documents
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(ORVANE_MODULE_FOLDER ${CMAKE_INSTALL_LIBDIR}/orvane)
+set(ORVANE_HEADER_FOLDER ${CMAKE_INSTALL_INCLUDEDIR}/orvane)
+set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/Orvane)
+
+add_library(orvane_host_headers INTERFACE)
+set_target_properties(orvane_host_headers PROPERTIES EXPORT_NAME host_headers)
+target_include_directories(orvane_host_headers INTERFACE $<INSTALL_INTERFACE:${ORVANE_HEADER_FOLDER}>)
+
+install(TARGETS tesk _Orvane orvane_host_headers EXPORT OrvaneTargets
+    LIBRARY DESTINATION ${ORVANE_MODULE_FOLDER} RUNTIME DESTINATION ${ORVANE_MODULE_FOLDER}
+    ARCHIVE DESTINATION ${ORVANE_MODULE_FOLDER})
+set_target_properties(tesk-run PROPERTIES
+    INSTALL_RPATH "$ORIGIN/../${ORVANE_MODULE_FOLDER};${PYTHON27_LIBDIR}")
+install(TARGETS tesk-run RUNTIME)
+install(EXPORT OrvaneTargets NAMESPACE Orvane:: DESTINATION ${packageFolder})
+install(DIRECTORY teskexposure vexcore DESTINATION ${ORVANE_HEADER_FOLDER})
+install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+configure_package_config_file(cmake/OrvaneConfig.cmake.in ${CMAKE_BINARY_DIR}/OrvaneConfig.cmake
+    INSTALL_DESTINATION ${packageFolder} PATH_VARS ORVANE_MODULE_FOLDER)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/OrvaneConfigVersion.cmake
+    COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/OrvaneConfig.cmake ${CMAKE_BINARY_DIR}/OrvaneConfigVersion.cmake
+    DESTINATION ${packageFolder})

@@ -1,0 +1,28 @@
+// The smallest user of the installed tree: embeds Python, imports the module and makes a
+// coefficient set through the host, then (unless called with --native) through Python too.
+
+#include <Python.h>
+
+#include "teskexposure/include/TeskSmartPtr"
+
+#include <cstdio>
+
+int main(int argc, char **)
+{
+    Py_Initialize();
+    if (PyRun_SimpleString("import sys; sys.path.insert(0, '" MODULE_DIR "')\n"
+                           "import _Orvane\n") != 0)
+        return 1;
+    const Tx::Clsid clsid("Orvane", "SphericalHarmonic");
+    TeskSmartPtr<IRoot> set;
+    if (!set.CreateInstance(clsid))
+        return 1;
+    std::printf("a coefficient set with %d reference", set->GetLockCount());
+    std::fflush(stdout);
+    if (argc == 1)
+        return PyRun_SimpleString("import sys\n"
+                                  "sh = _Orvane.SphericalHarmonic()\n"
+                                  "sh.SetNumBands(2)\n"
+                                  "sys.stdout.write(', %d bands in Python' % sh.numBands)\n");
+    return 0;
+}

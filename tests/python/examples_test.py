@@ -1,0 +1,140 @@
+"""The examples, the gallery and the README's script run, and make the pictures they should."""
+
+import math
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.path.insert(0, "examples")
+sys.dont_write_bytecode = True
+
+import gallery
+import png
+
+HOST = sys.argv.pop(1)  # tesk-run
+
+
+class Folder(unittest.TestCase):
+    """A folder for the files of each test."""
+
+    def setUp(self):
+        self.folder = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, self.folder)
+
+    def run_example(self, script, *arguments):
+        """What examples/<script> prints in a host of its own; fails where its status is not 0."""
+        host = subprocess.Popen([HOST, os.path.join("examples", script)] + list(arguments),
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        output, errors = host.communicate()
+        self.assertEqual(host.returncode, 0, errors)
+        return output
+
+
+class ExamplesTest(Folder):
+    def test_project_image(self):
+        path = os.path.join(self.folder, "earth.png")
+        output = self.run_example("project_image.py", "examples/data/earth-512x256.pgm", path)
+        width, height, pixels = png.read_png(path)
+        self.assertEqual((width, height), (512 + 4 + 512, 16 + 256))
+
+        def brightness(x, y):
+            return pixels[((16 + y) * width + x) * 3]
+
+        # Land is bright and sea is dark, in the original and in the reconstruction.
+        for left in (0, 516):
+            for place, column, row, is_land in (("Sahara", 290, 95, True),
+                                                ("Australia", 448, 163, True),
+                                                ("Brazil", 186, 143, True),
+                                                ("Antarctica", 300, 250, True),
+                                                ("Pacific", 40, 130, False),
+                                                ("Indian Ocean", 370, 170, False)):
+                self.assertEqual(brightness(left + column, row) > 100, is_land, (place, left))
+
+        rms = float(re.search(r"root-mean-square difference: (\S+)", output).group(1))
+        self.assertTrue(5 < rms < 30, rms)
+        steps = re.findall(r"^ *[0-9.]+ ms  (\w+)", output, re.MULTILINE)
+        self.assertEqual(steps, ["read", "tables", "512", "projection", "rendering", "write"])
+
+    def test_project_image_refuses_what_is_no_image(self):
+        path = os.path.join(self.folder, "wrong.pgm")
+        for content in ("P2 2 1 255\n1 2", "P5 2 1 255\n1", "P5 2", ""):
+            with open(path, "wb") as wrong:
+                wrong.write(content)
+            self.assertRaises(ValueError, gallery.read_pgm, path)
+        with open(path, "wb") as commented:
+            commented.write("P5\n# two pixels\n2 1\n# more\n255\n#\n")
+        self.assertEqual(gallery.read_pgm(path), (2, 1, "#\n"))
+
+    def test_depletion_profile_has_every_feature_in_its_place(self):
+        path = os.path.join(self.folder, "sheet.png")
+        output = self.run_example("depletion_profile.py", path)
+        self.assertEqual(png.read_png(path)[:2], (3 * 264 + 8, 3 * 150 + 8))
+        places = re.findall(r"latitude +(\S+), longitude +(\S+); found at +(\S+), +(\S+)", output)
+        self.assertEqual(len(places), 18)
+        for place in places:
+            latitude, longitude, found_latitude, found_longitude = [
+                math.radians(float(angle)) for angle in place]
+            cosine = (math.cos(latitude) * math.cos(found_latitude)
+                      + math.sin(latitude) * math.sin(found_latitude)
+                      * math.cos(longitude - found_longitude))
+            # The blend's and the ramp's slopes move an extreme a little.
+            self.assertTrue(math.degrees(math.acos(min(1.0, cosine))) < 4, place)
+
+
+class GalleryTest(Folder):
+    PAGE, PICTURES = "docs/gallery.md", "docs/images/gallery"
+
+    def test_pictures_are_what_the_page_makes(self):
+        gallery.run_page(self.PAGE, self.folder)
+        made = sorted(os.listdir(self.folder))
+        self.assertEqual(made, sorted(os.listdir(self.PICTURES)))
+        for name in made:
+            # Assigned first: assertEqual would print two pictures.
+            same = (png.read_png(os.path.join(self.folder, name))
+                    == png.read_png(os.path.join(self.PICTURES, name)))
+            self.assertTrue(same, "%s differs: run scripts/gallery.sh and look at it" % name)
+
+    def test_page_shows_every_picture_once(self):
+        with open(self.PAGE) as page:
+            shown = re.findall(r"\(images/gallery/(\S+)\)", page.read())
+        self.assertEqual(sorted(shown), sorted(os.listdir(self.PICTURES)))
+
+
+class ReadmeTest(Folder):
+    def test_script_makes_a_picture(self):
+        script, = gallery.python_blocks("README.md")
+        self.assertEqual(len(script.splitlines()), 8)
+        here = os.getcwd()
+        os.chdir(self.folder)
+        try:
+            exec script in {}
+        finally:
+            os.chdir(here)
+        name, = os.listdir(self.folder)
+        width, height, pixels = gallery.read_pgm(os.path.join(self.folder, name))
+        self.assertEqual((width, height), (512, 256))
+        # A blob of 0.4 around latitude 1, longitude 2: bright at its mean, dark far away.
+        pixels = bytearray(pixels)
+        self.assertTrue(pixels[81 * 512 + 163] > 240)
+        self.assertTrue(pixels[81 * 512 + 419] < 5)
+
+    def test_is_short(self):
+        with open("README.md") as readme:
+            self.assertTrue(len(readme.read().split()) <= 700)
+
+
+class PngTest(Folder):
+    def test_round_trip(self):
+        path = os.path.join(self.folder, "noise.png")
+        pixels = bytearray((7 * i * i + i) % 251 for i in range(5 * 3 * 3))
+        png.write_png(path, 5, 3, pixels)
+        self.assertEqual(png.read_png(path), (5, 3, pixels))
+        self.assertRaises(ValueError, png.write_png, path, 5, 4, pixels)
+
+
+if __name__ == "__main__":
+    unittest.main()
