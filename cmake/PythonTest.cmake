@@ -1,4 +1,4 @@
-# add_python_test(name script [argument...]): a test that runs a Python 2.7 script from the project's
+# add_python_test(name script): a test that runs a Python 2.7 script from the project's
 # folder in the minimal host, which fails too where the script leaves an object behind.
 include_guard(GLOBAL)
 
@@ -8,6 +8,6 @@ set(pythonTestEnvironment
     LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/leak-suppressions.txt:print_suppressions=0)
 
 function(add_python_test name script)
-    add_test(NAME ${name} COMMAND tesk-run ${script} ${ARGN} WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
+    add_test(NAME ${name} COMMAND tesk-run ${script} WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "${pythonTestEnvironment}")
 endfunction()

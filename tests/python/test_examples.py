@@ -12,10 +12,11 @@ import unittest
 sys.path.insert(0, "examples")
 sys.dont_write_bytecode = True
 
+import _Orvane
 import gallery
 import png
 
-HOST = sys.argv.pop(1)  # tesk-run
+HOST = os.path.join(os.path.dirname(_Orvane.__file__), "..", "bin", "tesk-run")
 
 
 class Folder(unittest.TestCase):
