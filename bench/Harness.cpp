@@ -1,7 +1,6 @@
 #include "bench/Harness.h"
 
 #include "bench/Allocations.h"
-#include "orvane/kernels/Kernels.h"
 
 #include <benchmark/benchmark.h>
 
@@ -98,7 +97,7 @@ struct JobRow {
         round.Add("floor", job.floor);
         for (const InstructionSet set : instructionSets)
             if (orvane::IsSupported(set))
-                round.Add(orvane::Name(set), [&, set] { job.shipped(orvane::KernelsFor(set)); });
+                round.Add(orvane::Name(set), [&, set] { job.shipped(set); });
         const std::map<std::string, double> times = round.Run();
 
         literal.Add(times.at("literal"));
@@ -112,7 +111,7 @@ struct JobRow {
             if (job.floor)
                 row.floorShare.Add(times.at("floor") / time);
             const std::uint64_t before = AllocationCount();
-            job.shipped(orvane::KernelsFor(set));
+            job.shipped(set);
             row.allocations.Add(static_cast<double>(AllocationCount() - before));
         }
     }

@@ -23,7 +23,7 @@ struct Aims {
 /// One piece of work, done in both ways on the same data.
 struct Job {
     std::function<void()> literal;
-    std::function<void(const orvane::Kernels &)> shipped;
+    std::function<void(orvane::InstructionSet)> shipped;
     /// What no implementation can do without (the library calls, the bytes written, the chain of
     /// dependent additions); empty where no such floor is stated.
     std::function<void()> floor;

@@ -47,6 +47,7 @@ int main(int argumentCount, char **arguments)
         return 2;
     }
 
+    bench::AddProjectionJobs();
     bench::AddTableJobs();
 
     std::printf("Processor: %s, widest instruction set in use: %s. One thread; medians.\n\n",

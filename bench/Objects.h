@@ -1,20 +1,12 @@
 #pragma once
 
-// The objects that jobs work on, made without the host's class table.
+// The objects that jobs work on.
 
 #include "orvane/builder/SHBuilder.h"
 #include "platform/RuntimeRandom.h"
-#include "teskexposure/include/TeskWeakRef"
-
-#include <memory>
+#include "tests/native/MakeObject.h"
 
 namespace bench {
-
-/// An object of an exposed class; the last owner gives its one reference back.
-template <class T> std::shared_ptr<T> MakeObject()
-{
-    return {new RootRefLockWR<T>, [](T *object) { object->Unlock(); }};
-}
 
 /// A builder with tables for `numSteps` steps.
 inline std::shared_ptr<SHBuilder> MakeBuilder(int numSteps)

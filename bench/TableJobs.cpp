@@ -3,7 +3,6 @@
 #include "bench/Harness.h"
 #include "bench/Jobs.h"
 #include "bench/Objects.h"
-#include "orvane/kernels/Kernels.h"
 #include "tests/model/LiteralModel.h"
 
 #include <benchmark/benchmark.h>
@@ -18,9 +17,9 @@ Job GenerateTables(int numSteps, bool isFirst)
     const auto builder = MakeBuilder(numSteps);
     Job job;
     job.literal = [=] { benchmark::DoNotOptimize(literal::Tables(numSteps)); };
-    job.shipped = [=](const orvane::Kernels &kernels) {
+    job.shipped = [=](orvane::InstructionSet set) {
         const auto chosen = isFirst ? MakeObject<SHBuilder>() : builder;
-        chosen->kernels = &kernels;
+        chosen->UseInstructionSet(set);
         chosen->GenerateLookUpTables(numSteps);
     };
     // 900 arrays to be written, and taken from the heap where it is the first call.
@@ -61,9 +60,9 @@ Job Evaluate(int numBands)
         benchmark::DoNotOptimize(data->tables.Evaluate(data->set->coefficients.data(), numBands,
                                                        data->phi, data->theta));
     };
-    job.shipped = [=](const orvane::Kernels &kernels) {
+    job.shipped = [=](orvane::InstructionSet set) {
         data->Advance();
-        data->builder->kernels = &kernels;
+        data->builder->UseInstructionSet(set);
         benchmark::DoNotOptimize(data->builder->GetValueAt(*data->set, data->phi, data->theta));
     };
     // One addition after the other, as many as there are terms.
