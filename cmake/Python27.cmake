@@ -2,8 +2,8 @@
 set(PYTHON2 "" CACHE FILEPATH "The Python 2.7 interpreter")
 include_guard(GLOBAL)
 
-if(CMAKE_CROSSCOMPILING)
-    # Nothing of a foreign Python can be run: PYTHON27_WIN is the folder it is installed in. Windows
+if(WIN32)
+    # PYTHON27_WIN is the folder that Python is installed in; a foreign one cannot be asked. Windows
     # binds every symbol to a library when it links, so a module needs the import library too.
     add_library(python27_headers INTERFACE)
     target_include_directories(python27_headers SYSTEM INTERFACE ${PYTHON27_WIN}/include)
