@@ -27,10 +27,7 @@ double Evaluate(const SHBuilder &builder, const SphericalHarmonic &sh, double ph
     if (count < 1)
         return 0.0;
     RequireLookUpTables(builder);
-    const std::int32_t most = std::min<std::int32_t>(sh.GetNumCoefficients(), tableCoefficients);
-    if (count > most)
-        throw std::invalid_argument(
-            IllegalValue(name, bands, "a square of at most " + std::to_string(most)));
+    RequireTerms(sh, name, bands);
     const int orders = BandsReached(count);
     RequireFoldable(phi, orders - 1);
     const double *polarRow = builder.polarTable.Row(PolarStep(builder, theta));
@@ -47,6 +44,14 @@ void RequireLookUpTables(const SHBuilder &builder)
 {
     if (builder.cosLut.empty())
         throw NotReady("there are no lookup tables; call GenerateLookUpTables first");
+}
+
+void RequireTerms(const SphericalHarmonic &sh, const char *name, std::int32_t bands)
+{
+    const std::int32_t most = std::min<std::int32_t>(sh.GetNumCoefficients(), tableCoefficients);
+    if (CoefficientCount(bands) > most)
+        throw std::invalid_argument(
+            IllegalValue(name, bands, "a square of at most " + std::to_string(most)));
 }
 
 std::size_t PolarStep(const SHBuilder &builder, double theta)

@@ -5,13 +5,19 @@
 #include "orvane/kernels/AngleFactors.h"
 
 #include <cstddef>
+#include <cstdint>
 
 class SHBuilder;
+class SphericalHarmonic;
 
 namespace orvane {
 
 /// @throws NotReady naming GenerateLookUpTables while the builder has no tables
 void RequireLookUpTables(const SHBuilder &builder);
+
+/// @param name what the caller's band count is called in a refusal
+/// @throws std::invalid_argument where CoefficientCount(bands) is beyond the set or the tables
+void RequireTerms(const SphericalHarmonic &sh, const char *name, std::int32_t bands);
 
 /// The table step of polar angle `theta`, in radians, which is never folded; needs the tables.
 /// @throws std::invalid_argument where theta is below 0, beyond the tables or not finite

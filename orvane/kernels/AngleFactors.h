@@ -22,7 +22,7 @@ struct alignas(64) AngleFactors {
     double sine[32];
 };
 
-/// Fills entries 0 to orders - 1; what stands behind them is unspecified.
+/// Fills entries 0 to orders - 1 and leaves the others alone.
 ///
 /// Entry m is the table entry trunc(angleScale * WrapAngle(m * phi)), the last one where that lies
 /// beyond the table (a folded angle of just a full turn reaches numSteps for many table sizes).

@@ -10,6 +10,10 @@
 
 #include <utility>
 
+#if ORVANE_VECTOR_BYTES > 16
+#include <immintrin.h>
+#endif
+
 namespace orvane {
 namespace {
 #include "orvane/kernels/Vector.inl"
@@ -19,6 +23,7 @@ namespace {
 #include "orvane/kernels/Evaluation.inl"
 #include "orvane/kernels/Legendre.inl"
 #include "orvane/kernels/Projection.inl"
+#include "orvane/kernels/Render.inl"
 } // namespace
 
 extern const Kernels ORVANE_KERNEL_TABLE;
@@ -30,6 +35,7 @@ const Kernels ORVANE_KERNEL_TABLE = {
     EstimateCosines,
     AddPoints<WeightedRounding>,
     AddPoints<PixelRounding>,
+    Render,
 };
 
 } // namespace orvane

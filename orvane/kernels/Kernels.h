@@ -9,6 +9,7 @@
 #include "orvane/kernels/InstructionSet.h"
 #include "orvane/kernels/Legendre.h"
 #include "orvane/kernels/Projection.h"
+#include "orvane/kernels/Render.h"
 
 namespace orvane {
 
@@ -20,6 +21,7 @@ struct Kernels {
     CosineEstimateKernel cosineEstimate;
     ProjectionKernel addWeighted;
     ProjectionKernel addPixels;
+    RenderKernel render;
 };
 
 } // namespace orvane

@@ -1,0 +1,224 @@
+#include "orvane/kernels/PolarTable.h"
+#include "tests/kernels/EachInstructionSet.h"
+#include "tests/model/LiteralRender.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <map>
+#include <memory>
+#include <random>
+
+namespace {
+
+using namespace orvane;
+
+/// Literal tables and, laid out from them, polar rows.
+struct Fixture {
+    explicit Fixture(int numSteps)
+        : tables(numSteps), polarRows(static_cast<std::size_t>(numSteps) * polarRowLength)
+    {
+        for (int t = 0; t < numSteps; ++t)
+            for (int l = 0; l < tableBands; ++l)
+                for (int m = 0; m <= l; ++m) {
+                    const int i = l * l + l + m;
+                    polarRows[static_cast<std::size_t>(t) * polarRowLength + PolarIndex(l, m)] =
+                        literal::NormalisationTable()[i] * tables.legendreLut[i][t];
+                }
+    }
+    double Polar(int t, int l) const { return polarRows[t * polarRowLength + l]; } // order 0
+
+    literal::Tables tables;
+    AlignedArray<double> polarRows;
+};
+
+const Fixture &FixtureFor(int numSteps)
+{
+    static std::map<int, std::unique_ptr<Fixture>> fixtures;
+    auto &fixture = fixtures[numSteps];
+    if (!fixture)
+        fixture = std::make_unique<Fixture>(numSteps);
+    return *fixture;
+}
+
+struct Picture {
+    int width, height;
+    float scale;
+    int offset;
+};
+
+std::vector<float> RandomSet(int bands, unsigned seed)
+{
+    std::mt19937 random(seed);
+    std::normal_distribution<float> normal;
+    std::vector<float> set(bands * bands);
+    for (float &coefficient : set)
+        coefficient = normal(random);
+    return set;
+}
+
+/// Renders the set at every instruction set and compares with the literal model; `counts` looks at
+/// how the pixels were decided.
+void ExpectLiteral(
+    const Fixture &fixture, const std::vector<float> &set, const Picture &picture,
+    const std::function<void(const RenderCounts &)> &counts = [](const RenderCounts &) {})
+{
+    const auto [width, height, scale, offset] = picture;
+    std::vector<float> padded = set;
+    padded.resize(tableCoefficients);
+    const int bands = static_cast<int>(std::ceil(std::sqrt(set.size())));
+    std::vector<std::uint8_t> expected(width * height);
+    literal::Render(fixture.tables, padded.data(), bands, scale, offset, 1, 0, width, height,
+                    expected.data());
+    for (const Kernels *kernels : SupportedKernels()) {
+        std::vector<std::uint8_t> image(expected.size());
+        const auto scratch = std::make_unique<RenderScratch>();
+        const literal::Tables &tables = fixture.tables;
+        counts(kernels->render(
+            {{tables.cosLut.data(), tables.sinLut.data(), tables.angleScale, tables.numSteps},
+             fixture.polarRows.data(),
+             set.data(),
+             static_cast<int>(set.size()),
+             scale,
+             offset,
+             image.data(),
+             width,
+             0,
+             width,
+             0,
+             height,
+             6.2831855f / static_cast<float>(width),
+             3.1415927f / static_cast<float>(height),
+             scratch.get()}));
+        ASSERT_EQ(image, expected)
+            << Name(kernels->instructionSet) << ", " << tables.numSteps << " steps, " << set.size()
+            << " coefficients, " << width << " x " << height << ", scale " << scale << ", offset "
+            << offset;
+    }
+}
+
+TEST(Render, WritesTheLiteralBytes)
+{
+    unsigned seed = 0;
+    for (const int numSteps : {1, 5, 7, 10, 100, 256, 1000, 1024})
+        for (const auto &[width, height] :
+             {std::pair{1, 1}, {3, 2}, {15, 31}, {64, 5}, {65, 4}, {130, 7}, {257, 3}}) {
+            const int bands = ++seed % 31 ? seed % 31 : 30;
+            const Picture picture{width, height, 1.0f + seed % 40,
+                                  static_cast<int>(seed * 37 % 256)};
+            ExpectLiteral(FixtureFor(numSteps), RandomSet(bands, seed), picture);
+        }
+}
+
+TEST(Render, TakesAnyNumberOfCoefficients)
+{
+    for (const int count : {1, 2, 3, 5, 8, 17, 24, 101, 899})
+        for (const bool sparse : {false, true}) {
+            std::vector<float> set = RandomSet(30, count);
+            set.resize(count);
+            for (int i = 0; sparse && i + 1 < count; ++i)
+                set[i] = 0;
+            ExpectLiteral(FixtureFor(256), set, {33, 9, 50, 100});
+        }
+}
+
+// More different polar rows than one block holds, and image rows that share theirs.
+TEST(Render, WalksAllRows)
+{
+    ExpectLiteral(FixtureFor(1200), RandomSet(6, 1), {3, 1100, 30, 128});
+    ExpectLiteral(FixtureFor(10), RandomSet(30, 2), {67, 90, 5, 128});
+}
+
+TEST(Render, LeavesFewPixelsToTheSlowTiers)
+{
+    constexpr int pixels = 256 * 64;
+    ExpectLiteral(FixtureFor(1024), RandomSet(30, 3), {256, 64, 5, 128},
+                  [](const RenderCounts &counts) {
+                      EXPECT_GT(counts.rechecked, 0);
+                      EXPECT_LT(counts.rechecked, pixels / 200);
+                      EXPECT_EQ(counts.exact, 0);
+                  });
+}
+
+// Two coefficients of order 0 are tuned until the value at the pixel is a whole number, as near as
+// two single-precision numbers can bring it: well within the bound on the double-precision value.
+TEST(Render, SumsTermByTermOnTheEdgeOfAByte)
+{
+    constexpr int width = 40;
+    constexpr int height = 16;
+    const Fixture &fixture = FixtureFor(256);
+    const double dPhi = 6.2831855f / static_cast<float>(width);
+    const double dTheta = 3.1415927f / static_cast<float>(height);
+    std::mt19937 random(4);
+    int below = 0;
+    int notBelow = 0;
+    for (const bool wholeRow : {true, false})
+        for (int round = 0; round < 24; ++round) {
+            const int x = static_cast<int>(random() % width);
+            const double theta = static_cast<double>(round % height) * dTheta;
+            const int step = fixture.tables.Index(theta);
+            std::vector<float> set = RandomSet(30, round);
+            if (wholeRow)
+                set.assign(set.size(), 0.0f);
+            set[0] = set[6] = 0;
+            const double target = round % 2 ? 7 + round : -7 - round;
+            const auto missing = [&] {
+                return target - fixture.tables.Evaluate(set.data(), 30, x * dPhi, theta);
+            };
+            set[0] = static_cast<float>(missing() / fixture.Polar(step, 0));
+            set[6] = static_cast<float>(missing() / fixture.Polar(step, 2));
+            for (int neighbour = -2; neighbour <= 2; ++neighbour) {
+                set[6] = std::nextafter(set[6], neighbour < 0 ? -1e9f : 1e9f);
+                (std::fabs(target - missing()) < std::fabs(target) ? below : notBelow)++;
+                ExpectLiteral(fixture, set, {width, height, 1, 128},
+                              [&](const RenderCounts &counts) {
+                                  EXPECT_GE(counts.exact, wholeRow ? width : 1);
+                              });
+            }
+        }
+    EXPECT_GT(below, 20);
+    EXPECT_GT(notBelow, 20);
+}
+
+TEST(Render, SaturatesExtremes)
+{
+    constexpr float infinite = std::numeric_limits<float>::infinity();
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    constexpr int least = std::numeric_limits<int>::min();
+    constexpr int most = std::numeric_limits<int>::max();
+    const Fixture &fixture = FixtureFor(256);
+    constexpr int width = 19;
+    constexpr int height = 6;
+    for (const float extreme : {1.0f, 0.0f, 1e38f, -3e38f, 1e-45f, infinite, -infinite, nan})
+        for (const float scale : {1.0f, 100.0f, -1e38f, 1e-45f, 0.0f, infinite, nan})
+            for (const int offset : {128, -40, 1 << 23, -(1 << 23) - 1, 2000000000, least, most}) {
+                std::vector<float> set = RandomSet(4, 5);
+                set[6] = extreme;
+                ExpectLiteral(
+                    fixture, set, {width, height, scale, offset}, [&](const RenderCounts &counts) {
+                        const bool finite = std::isfinite(extreme) && std::isfinite(scale);
+                        EXPECT_TRUE(finite || counts.exact == width * height);
+                    });
+            }
+    // An offset beyond the whole floats, and values just as far on the other side.
+    std::vector<float> far = RandomSet(2, 6);
+    far[0] = static_cast<float>(-1e9 / fixture.Polar(0, 0));
+    ExpectLiteral(fixture, far, {width, height, 1, 1000000100});
+    for (const float scale : {1e38f, -3e38f})
+        ExpectLiteral(fixture, std::vector<float>(900, 1e-38f), {width, height, scale, 100});
+    ExpectLiteral(fixture, std::vector<float>(900, 1e-43f), {width, height, 3e38f, 100});
+    ExpectLiteral(fixture, std::vector<float>(900, 0.0f), {width, height, infinite, 100});
+}
+
+// What the error bounds rest on.
+TEST(Render, PolarFactorsStayBelowTheBoundOfTheAdditionTheorem)
+{
+    const double bound = std::sqrt(59 / (4 * std::acos(-1.0))) * (1 + 1e-9);
+    for (const int numSteps : {1, 5, 100, 1024, 1200})
+        for (const double factor : FixtureFor(numSteps).polarRows)
+            ASSERT_LE(std::fabs(factor), bound);
+}
+
+} // namespace
