@@ -1,6 +1,5 @@
-# add_python_test(name script): a test that runs a Python 2.7 script from the project's
-# folder in the minimal host, which fails too where the script leaves an object behind.
-include_guard(GLOBAL)
+# add_python_test(name script): a test that runs a Python 2.7 script from the project's folder in the
+# minimal host, which fails too where the script leaves an object behind.
 
 set(pythonTestEnvironment
     PYTHONDONTWRITEBYTECODE=1

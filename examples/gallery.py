@@ -8,7 +8,7 @@ import os
 import re
 import sys
 
-from picture import BLACK, GREY, INK, MARK, SIGNED, Picture, text_width
+from picture import GREY, MARK, SIGNED, Picture, text_width
 from project_image import read_pgm
 
 FLAT_WIDTH, FLAT_HEIGHT = 192, 96
@@ -81,6 +81,7 @@ class Show(object):
         """Draw the angles and the image's grid, and below it the sets as flat tiles."""
         tiles = Tiles(labelled, FLAT_WIDTH, FLAT_HEIGHT, 4, 200)
         draw_axes(tiles.picture)
+        draw_globe(tiles.picture)
         for left, top, sh in tiles.places():
             # Every basis function of the first four bands stays below 0.75.
             tiles.picture.flat(left, top, self.render(sh, 160.0, 128), FLAT_WIDTH, SIGNED)
@@ -147,6 +148,29 @@ def draw_axes(picture):
     picture.text(left + width + 10, y + 18, "stands for its upper left corner:")
     picture.text(left + width + 10, y + 32, "phi = 5 * 2 pi / 8", MARK)
     picture.text(left + width + 10, y + 46, "theta = 1 * pi / 4", MARK)
+
+
+def draw_globe(picture):
+    """Draw a globe with its parallels and meridians every 30 degrees and the axes' meridians."""
+    left, top, size = 656, 34, 120
+    width, height = 720, 360
+    sea, grid, meridian_x, meridian_y = range(4)
+    colours = [(36, 40, 48), (90, 94, 102), SIGNED[255], SIGNED[0]]
+    image = bytearray(width * height)
+    for y in range(height):
+        for x in range(width):
+            if x < 8:
+                image[y * width + x] = meridian_x
+            elif 0 <= x - width // 4 < 8:
+                image[y * width + x] = meridian_y
+            else:
+                on_line = x % (width // 12) < 4 or y % (height // 6) < 4
+                image[y * width + x] = grid if on_line else sea
+    picture.globe(left, top, size, image, width, (1.1, 0.7), colours)
+    picture.text(left + size // 2 - text_width("pole") // 2, top - 16, "pole", MARK)
+    picture.line(left + size // 2, top - 7, 0, 1, 14, MARK)
+    picture.text(left - 20, top + size + 8, "phi = 0: towards x", SIGNED[255])
+    picture.text(left - 20, top + size + 20, "phi = pi/2: towards y", SIGNED[0])
 
 
 if __name__ == "__main__":

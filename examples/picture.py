@@ -56,7 +56,7 @@ class Picture(object):
         for step in range(length):
             self.point(x + step * across, y + step * down, colour)
 
-    def cross(self, x, y, colour=MARK, reach=4):
+    def cross(self, x, y, colour=WHITE, reach=4):
         """Mark the pixel (x, y) by an upright cross with an open middle."""
         for distance in range(2, reach + 1):
             for across, down in ((distance, 0), (-distance, 0), (0, distance), (0, -distance)):
