@@ -15,6 +15,12 @@
 
 namespace {
 
+#ifdef __clang__
+constexpr const char *compiler = "Clang " __clang_version__;
+#else
+constexpr const char *compiler = "GCC " __VERSION__;
+#endif
+
 std::string ProcessorModel()
 {
     std::ifstream facts("/proc/cpuinfo");
@@ -48,9 +54,12 @@ int main(int argumentCount, char **arguments)
     }
 
     bench::AddProjectionJobs();
+    bench::AddRenderJobs();
     bench::AddTableJobs();
 
-    std::printf("Processor: %s, widest instruction set in use: %s. One thread; medians.\n\n",
-                ProcessorModel().c_str(), orvane::Name(orvane::BestKernels().instructionSet));
+    std::printf("Processor: %s, widest instruction set in use: %s. Compiler: %s. One thread; "
+                "medians.\n\n",
+                ProcessorModel().c_str(), orvane::Name(orvane::BestKernels().instructionSet),
+                compiler);
     bench::RunAll(benchmark::GetBenchmarkFilter(), runs);
 }
