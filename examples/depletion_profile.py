@@ -32,8 +32,8 @@ def main():
 
     builder = _Orvane.SHBuilder()
     builder.GenerateLookUpTables(1024)
-    builder.GenerateSphericalSamples(1, 256)
-    builder.GeneratePDFSamples(1, 64, 4096)
+    builder.GenerateSphericalSamples(1, 512)
+    builder.GeneratePDFSamples(1, 64, 32768)
     sheet = ContactSheet(builder)
 
     wide = make_blob(builder, *WIDE)

@@ -4,7 +4,6 @@
 #include <Python.h>
 
 #include "tesk/TeskReport.h"
-#include "teskexposure/include/TeskHost"
 
 #include <dlfcn.h>
 
@@ -18,8 +17,9 @@ constexpr int usageError = 2;
 /// The directory of the host's library, where its modules lie as well.
 std::string ModuleDirectory()
 {
+    // Asked for by a function: the linker may have moved the library's data into this program.
     Dl_info library = {};
-    if (!dladdr(&TxClasses, &library) || !library.dli_fname)
+    if (!dladdr(reinterpret_cast<void *>(&TeskReportTotals), &library) || !library.dli_fname)
         return ".";
     const std::string path = library.dli_fname;
     const size_t slash = path.rfind('/');
