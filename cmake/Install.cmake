@@ -23,7 +23,7 @@ set_target_properties(tesk-run PROPERTIES
 install(TARGETS tesk-run RUNTIME)
 install(EXPORT OrvaneTargets NAMESPACE Orvane:: DESTINATION ${packageFolder})
 install(DIRECTORY teskexposure vexcore DESTINATION ${ORVANE_HEADER_FOLDER})
-install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 configure_package_config_file(cmake/OrvaneConfig.cmake.in ${CMAKE_BINARY_DIR}/OrvaneConfig.cmake

@@ -66,6 +66,14 @@ const char *IID::GetName() const
 {
     return name;
 }
+bool IID::IsEqual(const IID &other) const
+{
+    return std::strcmp(name, other.name) == 0;
+}
+const char *Clsid::GetModule() const
+{
+    return module;
+}
 } // namespace Tx
 
 bool TeskCreateInstance(const Tx::Clsid &clsid, const Tx::IID &iid, void **out)
