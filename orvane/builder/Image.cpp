@@ -89,6 +89,8 @@ void SHBuilder::RenderSHToImageBuffer(const SphericalHarmonic &sh, float scale, 
         return FillWithOffset(imageBuffer.get(), imageWidth, tile, offset);
     RequireLookUpTables(*this);
 
+    // Every row has a polar row: with all roundings theta < 1.000001 pi, and angleScale * theta is
+    // below numSteps * 0.500001.
     const auto scratch = std::make_unique_for_overwrite<RenderScratch>();
     kernels->render({.angles = AngleTablesOf(*this),
                      .polarRows = polarTable.rows.data(),

@@ -1,9 +1,9 @@
-// Rendering: the same bytes as the literal sum of up to 900 terms per pixel, from 58 single-
-// precision multiply-adds per pixel.
+// Rendering: the bytes of the literal sum of up to 900 terms per pixel, out of 58 single-precision
+// multiply-adds per pixel.
 //
 // A byte needs only the truncated value, so most pixels are decided by an approximation whose error
-// is bounded. All pixels of a row share theta, and with it the polar factors q(l, m) = K P of every
-// term, so the value separates:
+// is bounded. All pixels of a row share theta, and with it the polar factors q(l, |m|) = K P of all
+// terms, so the value separates:
 //
 //   value * scale = A(0) + sum over m = 1..29 of  A(m) cos(m phi) + A(-m) sin(m phi),
 //   A(m) = sum over l of  scale c(l, m) q(l, |m|)                        59 row sums, in double
@@ -13,34 +13,42 @@
 //    rows  |  4 rows x 2 or 4 vectors of pixels at a time: a small matrix product that walks the
 //    A(m)  |  orders from 29 down to 0, its sums in registers
 //
-// Three tiers decide a pixel. s stands for the true value of the scaled sum over the doubles in the
-// tables, f for the one that the literal order of roundings gives, u for 2^-53, w for 2^-24, and S
-// for the sum of |scale c q|, which bounds every partial sum, factors being at most 1 in magnitude.
-// By the addition theorem the squares of q over one band add up to no more than (2l + 1) / 4 pi, so
-// |q| < 2.17; with 4 for it, S <= 4 sum |scale c|.
+// Three tiers decide a pixel: the single-precision value and its bound all but a few in a thousand;
+// the double-precision value of the same form and its much smaller bound most of the rest; the
+// literal sum what is left. A bounded tier takes the bytes of both ends of the interval: where they
+// are equal, every value between has that byte too, truncation, offset and clamp being monotonic.
+// So saturated pixels are decided however wide the interval is.
 //
-// 1. Literal roundings. A term passes through at most 903: two products, 900 additions (the first
-//    one exact), the product with scale. |f - s| <= 904 u S.
-// 2. The double-precision value. scale c is exact (24 + 24 bits). A term passes through at most 31
-//    roundings on its way into a row sum, whatever the order, and 65 in the product of row sums and
-//    factors: |double value - s| <= 97 u S. Adding or subtracting the bound rounds once more, u S.
-//    Together below 1024 u S = 2^-43 S <= 2^-41 sum |scale c|: `doubleBound`.
-// 3. The single-precision value. Row sum and factor are rounded once each. Then order m (first
-//    cosine, then sine, one product and one addition each where they are not fused) passes through
-//    at most 2 m + 2 roundings, and adding or subtracting the bound rounds once more. The double
-//    row sums bound this: |single value - f| <= sum over m of (2 m + 5) w' |A(m)| + doubleBound,
-//    with w' = w (1 + 2^-16) for the products of roundings. (2 m + 6) w leaves w |A(m)| for w', for
-//    rounding the bound itself and for its sum.
+// The bounds. Let f be the scaled value as the literal order of roundings gives it and s its exact
+// counterpart over the doubles of the tables; u = 2^-53, w = 2^-24, the largest relative errors of
+// a rounding. A sum of products in which no term passes through more than n roundings is off by at
+// most n u / (1 - n u) times the sum of the magnitudes [1]. That sum is at most S = sum |scale c
+// q|, table entries of sine and cosine being at most 1 in magnitude. The squares of the basis
+// functions of one band add up to (2l + 1) / 4 pi everywhere [2], so |q| < 2.17 for l <= 29; with 4
+// for it, S <= 4 sum |scale c|.
 //
-// Underflow adds less than 2^-140 per operation, which 2^-100 in both bounds covers: the operands
-// of the double tier stay above 2^-1000 or their products below any bound, and the single tier runs
-// on scaled values.
+//   f       q factor, * c, at most 900 additions, * scale: 903 roundings,         |f - s| <= 904 u
+//   S double  scale c is exact (24 + 24 bits); at most 31 roundings within a row sum, whatever its
+//           order, and 65 in the product of row sums and factors: off by 97 u S; taking an end of
+//           the interval rounds by u S. In all less than 1024 u S <= 2^-41 sum |scale c|, which is
+//           `doubleBound`.
+//   single  row sum and factor are rounded to single precision: 2. From order m on, cosine before
+//           sine, one product (where not fused) and 2 m + 1 additions: 2 m + 2. Taking an end of
+//           the interval: 1. So the value is off from the exact product of the double row sums,
+//           which is within the above of f, by at most (2 m + 5) w |A(m)| (1 + 2^-16), summed over
+//           all m. The code takes (2 m + 6) w |A(m)|, the rest being ample for the roundings of the
+//           bound itself, and twice `doubleBound`.
 //
-// If both ends of an interval give the same byte, all values between do, truncation and clamp being
-// monotonic: saturated pixels are decided however wide it is. What the first tier leaves is looked
-// at in double, and what that leaves is summed in order. A term with a coefficient of 0 adds 0 to
-// the sum, for all table entries are finite, and is left out. A bound that is not finite (an
-// infinite or NaN coefficient or scale) decides nothing.
+// Operations that underflow are off by 2^-126 at most, even where the processor flushes to zero:
+// 2^-100 in `doubleBound` covers them all. If a bound is not finite (an infinite or NaN coefficient
+// or scale) or too large, its tier is not asked.
+//
+// The literal sum leaves out terms with a coefficient of 0: all table entries are finite, so such a
+// term is 0 and changes no sum but the sign of a zero, which no byte shows.
+//
+// Sources:
+//   [1] N. J. Higham, "Accuracy and Stability of Numerical Algorithms", 2nd ed., chapter 3.
+//   [2] The addition theorem, NIST Digital Library of Mathematical Functions, 14.30.9.
 
 constexpr int wideLanes = ORVANE_VECTOR_BYTES / 4; ///< floats in a vector
 
@@ -110,12 +118,12 @@ inline VecD SumLanes(VecD *vectors)
 struct RenderState {
     const RenderJob &job;
     RenderScratch &scratch;
-    int orders;         ///< of the set: 0..orders - 1
-    int terms;          ///< in scratch.terms
-    double doubleBound; ///< on the double-precision value's distance from the literal one
-    bool doubleDecides;
-    bool singleDecides;
-    RenderCounts counts;
+    int orders = 1;           ///< of the set: 0..orders - 1
+    int terms = 0;            ///< in scratch.terms
+    double doubleBound = 0.0; ///< on the double-precision value's distance from the literal one
+    bool doubleDecides = false;
+    bool singleDecides = false;
+    RenderCounts counts{};
 };
 
 // The set
@@ -128,9 +136,7 @@ inline void PrepareSet(RenderState &state)
     for (int i = 0; i < polarRowLength; ++i)
         scratch.cosineCoefficients[i] = scratch.sineCoefficients[i] = 0.0;
     double magnitude = 0.0;
-    state.orders = 1;
-    state.terms = 0;
-    for (int l = 0, i = 0; i < job.count; ++l) {
+    for (int l = 0, i = 0; i < job.count; ++l)
         for (int m = -l; m <= l && i < job.count; ++m, ++i) {
             const double coefficient = job.coefficients[i];
             if (coefficient == 0.0)
@@ -144,11 +150,10 @@ inline void PrepareSet(RenderState &state)
             magnitude += __builtin_fabs(scaled);
             state.orders = l + 1;
         }
-    }
     state.doubleBound = 0x1p-41 * magnitude + 0x1p-100;
     state.doubleDecides = magnitude < 0x1p500;
-    // The single-precision tier works while its sums are far from overflow and the ends of the
-    // clamp are whole floats.
+    // In single precision sums have to stay far from overflow and the ends of the clamp have to be
+    // exact.
     state.singleDecides = magnitude < 0x1p90 && job.offset >= -(1 << 23) && job.offset <= 1 << 23;
 }
 
@@ -294,14 +299,14 @@ struct Strip {
     alignas(64) float values[stripRows][tileColumns];
 };
 
-/// The matrix product of row sums and column factors, orders 29 down to 0.
+/// The matrix product of row sums and column factors, from the highest order down to 0.
 inline void FillStrip(const RenderState &state, int row, Strip &strip)
 {
     const RenderScratch &scratch = state.scratch;
     for (int column = 0; column < tileColumns; column += stripVectors * wideLanes) {
         VecW values[stripRows][stripVectors] = {};
         for (int m = state.orders - 1; m > 0; --m)
-            for (int at : {m, sineStart + m}) {
+            for (int at = m; at < ordersLength; at += sineStart) {
                 const float *factors = scratch.narrowColumnFactors[at] + column;
                 for (int r = 0; r < stripRows; ++r) {
                     const VecW sum = Broadcast(scratch.narrowRowSums[row + r][at]);
@@ -368,7 +373,7 @@ inline void WritePixels(const RenderState &state, int row, std::ptrdiff_t x, int
     const RenderScratch &scratch = state.scratch;
     for (std::int32_t y = scratch.firstRows[row]; y < scratch.firstRows[row + 1]; ++y) {
         std::uint8_t *to = state.job.image + y * state.job.imageWidth + x;
-        if (columns == tileColumns)
+        if (columns == tileColumns) // one vector instead of a call
             __builtin_memcpy(to, pixels, tileColumns);
         else
             __builtin_memcpy(to, pixels, columns);
@@ -395,8 +400,9 @@ inline void RenderTile(RenderState &state, int rows, std::ptrdiff_t x, int colum
 inline RenderCounts Render(const RenderJob &job)
 {
     RenderScratch &scratch = *job.scratch;
-    RenderState state{job, scratch, 0, 0, 0.0, false, false, {0, 0}};
+    RenderState state{job, scratch};
     PrepareSet(state);
+    // What no column fills is read, times 0 or for nobody.
     __builtin_memset(scratch.columnFactors, 0, sizeof scratch.columnFactors);
     __builtin_memset(scratch.narrowColumnFactors, 0, sizeof scratch.narrowColumnFactors);
 

@@ -55,3 +55,31 @@ inline VecI Truncate(VecD value)
 {
     return __builtin_convertvector(value, VecI);
 }
+
+/// One step of transposing a square of lanes x lanes values: lanes `half` apart change places with
+/// rows `half` apart.
+template <int half, int... lane>
+inline void ExchangeHalves(VecD *rows, std::integer_sequence<int, lane...>)
+{
+    for (int i = 0; i < lanes; ++i) {
+        if (i & half)
+            continue;
+        const VecD upper = rows[i];
+        const VecD lower = rows[i + half];
+        rows[i] =
+            __builtin_shufflevector(upper, lower, (lane & half ? lanes + lane - half : lane)...);
+        rows[i + half] =
+            __builtin_shufflevector(upper, lower, (lane & half ? lanes + lane : lane + half)...);
+    }
+}
+
+/// Transposes a square of lanes x lanes values in place.
+inline void Transpose(VecD *rows)
+{
+    using Lanes = std::make_integer_sequence<int, lanes>;
+    if constexpr (lanes >= 8)
+        ExchangeHalves<4>(rows, Lanes{});
+    if constexpr (lanes >= 4)
+        ExchangeHalves<2>(rows, Lanes{});
+    ExchangeHalves<1>(rows, Lanes{});
+}
