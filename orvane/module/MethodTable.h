@@ -1,0 +1,103 @@
+#pragma once
+
+// What is known about a method. A class has one table with one row per method: the name, the entry
+// function with the shape that was deduced from the native function behind it, the docstring, and a
+// note for the reference manual. Everything else (method definitions, signatures, manual, stub) is
+// made from the rows.
+
+#include <Python.h>
+
+#include "teskexposure/include/TeskRecords"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace orvane::binding {
+
+/// The type of an argument or result as a script sees it.
+enum class ScriptType {
+    None,
+    Int,
+    Float,
+    Set,        ///< a SphericalHarmonic
+    ReadBuffer, ///< any object with a read buffer
+    Matrix,     ///< a tuple of 4 tuples of 4 floats
+    View,       ///< a read-only buffer over native memory
+};
+
+/// How a method receives its arguments.
+enum class Style {
+    Thunk,  ///< each argument is converted by the host; has a signature
+    Tuple,  ///< the tuple is parsed with a format string
+    Direct, ///< the arguments are not looked at
+};
+
+inline constexpr std::size_t maxArguments = 5;
+
+/// The function that Python calls, and the shape of the native function behind it.
+struct Entry {
+    PyCFunction function;
+    Style style;
+    const char *format; ///< of the tuple style, null in the others
+    ScriptType result;
+    std::size_t argumentCount;
+    std::array<ScriptType, maxArguments> arguments;
+};
+
+/// One argument in the manual: its name, then meaning, unit and range.
+struct ArgumentNote {
+    const char *name = nullptr;
+    const char *text = nullptr;
+};
+
+/// What the manual says beside the docstring. Python never sees it.
+struct Note {
+    std::array<ArgumentNote, maxArguments> arguments{};
+    const char *result = nullptr;  ///< null where the type says it all
+    const char *errors = nullptr;  ///< beyond wrong counts and types of arguments
+    const char *remarks = nullptr; ///< what the call does where the docstring is wrong or silent
+};
+
+struct MethodRow {
+    const char *name;
+    Entry entry;
+    const char *doc;
+    Note note;
+};
+
+enum AttributeAccess : std::uint32_t {
+    AttributeReadable = 0x01,
+    AttributeWritable = 0x10,
+};
+
+/// One attribute, bound directly to a field.
+struct AttributeRow {
+    const char *name;
+    AttributeTypeCode type;
+    std::int64_t offset; ///< of the field from the start of the object, in bytes
+    std::uint32_t access;
+    const char *doc;
+    const char *note; ///< for the manual
+};
+
+struct ClassTable {
+    const char *name;
+    const char *doc;
+    const char *note; ///< for the manual
+    std::span<const AttributeRow> attributes;
+    std::span<const MethodRow> methods;
+};
+
+/// Whether every row's note names exactly the arguments that the entry takes.
+constexpr bool NotesFitEntries(std::span<const MethodRow> rows)
+{
+    for (const MethodRow &row : rows)
+        for (std::size_t i = 0; i < maxArguments; ++i)
+            if ((row.note.arguments[i].name != nullptr) != (i < row.entry.argumentCount))
+                return false;
+    return true;
+}
+
+} // namespace orvane::binding

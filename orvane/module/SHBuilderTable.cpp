@@ -1,0 +1,543 @@
+#include "orvane/module/SHBuilderTable.h"
+
+#include "orvane/module/SharedView.h"
+#include "orvane/module/Thunk.h"
+#include "orvane/module/TupleEntry.h"
+#include "orvane/sh/Arithmetic.h"
+#include "orvane/sh/CoefficientBuffer.h"
+#if __has_include("orvane/sh/Rotation.h")
+#include "orvane/sh/Rotation.h"
+#else
+namespace orvane {
+void RotateZ(const SphericalHarmonic &in, double angle, SphericalHarmonic &out);
+void RotateSH(const SphericalHarmonic &in, const double matrix[3][3], SphericalHarmonic &out);
+} // namespace orvane
+#endif
+
+namespace orvane::binding {
+
+namespace {
+
+// Functions behind the methods that are more than one call of a member.
+
+void CopyInto(SHBuilder &, SphericalHarmonic &copy, const SphericalHarmonic &sh)
+{
+    CopySH(sh, copy);
+}
+
+void RotateInto(SHBuilder &, SphericalHarmonic &rotated, const SphericalHarmonic &sh,
+                const RotationMatrix &matrix)
+{
+    RotateSH(sh, matrix.rows, rotated);
+}
+
+void RotateZInto(SHBuilder &, SphericalHarmonic &rotated, const SphericalHarmonic &sh, float angle)
+{
+    RotateZ(sh, angle, rotated);
+}
+
+NewReference<ScriptType::View> GetImageBuffer(SHBuilder &builder)
+{
+    return SharedView({builder.imageBuffer, builder.imageBuffer.get()},
+                      static_cast<Py_ssize_t>(builder.imageWidth) * builder.imageHeight);
+}
+
+NewReference<ScriptType::Set> CreateSHFromBuffer(SHBuilder &, const ReadBuffer &buffer,
+                                                 std::int32_t numBands)
+{
+    if (!buffer.HasLength(CoefficientBytes(numBands)))
+        RaiseTypeError("The buffer of %zd bytes doesn't match a float array for %d band SH "
+                       "(%d*%d*4)",
+                       buffer.Length(), numBands, numBands, numBands);
+    return NewSet([&](SphericalHarmonic &sh) { ExtendFromBuffer(sh, buffer.Data(), 0, numBands); });
+}
+
+void ExtendSHFromBuffer(SHBuilder &, SphericalHarmonic &sh, const ReadBuffer &buffer,
+                        std::int32_t oldBand, std::int32_t newBand)
+{
+    const std::int32_t count = ExtensionCoefficients(oldBand, newBand);
+    if (!buffer.HasLength(count * static_cast<std::int32_t>(sizeof(float))))
+        RaiseTypeError("The buffer of %zd bytes doesn't match a float array extending SH from %d "
+                       "band SH to %d bands (%d*4)",
+                       buffer.Length(), oldBand, newBand, count);
+    ExtendFromBuffer(sh, buffer.Data(), oldBand, newBand);
+}
+
+/// The product as a wrapping signed 32-bit integer.
+constexpr std::int32_t WrappedProduct(std::int32_t a, std::int32_t b)
+{
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(b));
+}
+
+NewReference<ScriptType::Set> CreateSHFromImageBuffer(SHBuilder &builder, std::int32_t width,
+                                                      std::int32_t height, std::int32_t band,
+                                                      const ReadBuffer &buffer)
+{
+    if (!buffer.HasLength(WrappedProduct(width, height)))
+        RaiseTypeError("The buffer of %zd bytes doesn't match a image byte array with width %d and "
+                       "height %d",
+                       buffer.Length(), width, height);
+    return NewSet([&](SphericalHarmonic &sh) {
+        builder.CreateSHFromImageBuffer(sh, width, height, band,
+                                        static_cast<const std::uint8_t *>(buffer.Data()));
+    });
+}
+
+constexpr AttributeRow attributes[] = {
+    {"angleName", AttributeTypeDouble, offsetof(SHBuilder, angleScale), AttributeReadable,
+     "The angle scale for used converting phi and theta to lut lookup indices",
+     "Table steps per radian; 0.0 before GenerateLookUpTables. Read-only."},
+    {"numSteps", AttributeTypeInt32, offsetof(SHBuilder, numSteps), AttributeReadable,
+     "The number of steps in the sin and cos LUT", "0 before GenerateLookUpTables. Read-only."},
+    {"maxBands", AttributeTypeInt32, offsetof(SHBuilder, maxBands), AttributeReadable,
+     "The max number of bans supported", "30; 0 before GenerateLookUpTables. Read-only."},
+    {"maxCoefficients", AttributeTypeInt32, offsetof(SHBuilder, maxCoefficients), AttributeReadable,
+     "The max number of coefficents supported", "900; 0 before GenerateLookUpTables. Read-only."},
+};
+
+// Texts that several notes share.
+
+constexpr ArgumentNote aSet{"sh", "the set"};
+constexpr ArgumentNote target{"target", "the set that is changed"};
+constexpr ArgumentNote source{"source", "the other set; may be the target"};
+constexpr ArgumentNote azimuth{"phi", "azimuth in radians, any finite number"};
+constexpr ArgumentNote polarAngle{"theta", "polar angle in radians, 0 to pi"};
+constexpr ArgumentNote bandCount{"numBands", "number of bands, 0 to 30"};
+constexpr ArgumentNote pointsPerAxis{"sqrtNumSamples",
+                                     "points per axis, up to 16384; none below 1"};
+
+constexpr const char *newSet = "a new set";
+constexpr const char *theTarget = "the target: the same object that was passed in";
+
+constexpr const char *evaluationErrors =
+    "RuntimeError before GenerateLookUpTables; ValueError where an angle is not finite, theta lies "
+    "beyond the tables, or there are more terms than the set has coefficients or than 900.";
+constexpr const char *projectionErrors =
+    "RuntimeError before GenerateLookUpTables; ValueError for another number of bands; "
+    "MemoryError.";
+constexpr const char *projectionRemarks =
+    "Projects over the points of GenerateSphericalSamples; without any, every coefficient is NaN.";
+constexpr const char *missingOperand = "TypeError where a set is None.";
+constexpr const char *smallerSource =
+    "Acts on as many coefficients as the source has. A source that is empty or has more than the "
+    "target changes nothing.";
+constexpr const char *equalOperands =
+    "The target takes over the size of the operands and may be one of them. Operands with "
+    "different numbers of coefficients change nothing.";
+constexpr const char *foldedAngle =
+    "RuntimeError before GenerateLookUpTables; ValueError where an angle that is folded is not "
+    "finite.";
+
+constexpr MethodRow methods[] = {
+    {"GetValueAt",
+     Tuple<"Odd", &SHBuilder::GetValueAt>(),
+     "Get the value of a spherical harmonic at a spherical coordinate (phi, theta)",
+     {.arguments = {{aSet, azimuth, polarAngle}},
+      .result = "the sum over the bands that numBands tells",
+      .errors = evaluationErrors,
+      .remarks = "Angles are cut down to steps of the tables, not interpolated. A set without "
+                 "bands is 0.0 everywhere and needs no tables."}},
+
+    {"GetValueAtBand",
+     Tuple<"Oddi", &SHBuilder::GetValueAtBand>(),
+     "Get the value of a spherical harmonic at a spherical coordinate (phi, theta, band)",
+     {.arguments = {{aSet, azimuth, polarAngle, {"band", "number of bands to add up"}}},
+      .result = "the sum of the first band * band terms",
+      .errors = evaluationErrors,
+      .remarks = "All bands below `band` are added up: it is not the value of one band. A negative "
+                 "number counts like the positive one."}},
+
+    {"CopySH",
+     Creates<"O", &CopyInto>(),
+     "Copy a spherical harmonic",
+     {.arguments = {{aSet}}, .result = newSet, .errors = "MemoryError."}},
+
+    {"RotateSH",
+     Creates<"OO", &RotateInto>(),
+     "Rotate using an Ivanic based rotation matrics. Uses a 4x4 matrix as input\n"
+     "Return:\n"
+     " returns new rotated spherical harmonic\n"
+     "Argumets:\n"
+     " shIn - spherical harmonic to rotate\n"
+     " matrix - 4x4 matix as a 4x4 float tuples",
+     {.arguments = {{{"shIn", "the set to rotate"},
+                     {"matrix", "a tuple of 4 tuples of 4 floats (no integers); its upper left 3x3 "
+                                "part is the rotation"}}},
+      .result = "a new set, always of 30 bands",
+      .errors = "TypeError for anything but a tuple of tuples of floats; MemoryError.",
+      .remarks = "The rows of the matrix are x, y, z, which band 1 holds as coefficients 3, 1, 2. "
+                 "A row vector is multiplied by the matrix from the right: the matrix ((cos a, "
+                 "-sin a, 0), (sin a, cos a, 0), (0, 0, 1)) does what RotateZ(shIn, a) does. "
+                 "Whether the matrix is a rotation is not checked. Bands that the set lacks, and "
+                 "those beyond 30, come out as 0.0. The fourth row and column are ignored."}},
+
+    {"RotateZ",
+     Creates<"Of", &RotateZInto>(),
+     "Rotate spherical harmonic about the Z axis\n"
+     "Return:\n"
+     " returns new rotated spherical harmonic\n"
+     "Argumets:\n"
+     " shIn - spherical harmonic to rotate\n"
+     " angle - angle in radians to rotage SH",
+     {.arguments = {{{"shIn", "the set to rotate"}, {"angle", "in radians, single precision"}}},
+      .result = "a new set with the bands of shIn",
+      .errors = "ValueError for a number of bands whose square needs more than 32 bits; "
+                "MemoryError.",
+      .remarks = "The result at azimuth phi has the value of shIn at phi + angle: the pattern "
+                 "moves towards smaller azimuths. The polar axis stays. Bands beyond 30 come out "
+                 "as 0.0."}},
+
+    {"GetGaussDensity",
+     Thunk<&SHBuilder::GetGaussDensity>(),
+     "(x, mean, stdDev)",
+     {.arguments = {{{"x", "where"},
+                     {"mean", "the mean"},
+                     {"stdDev", "the standard deviation; used as given, negative too"}}},
+      .result = "exp(-(x - mean)^2 / (2 stdDev^2)) / (stdDev sqrt(2 pi)), NaN where stdDev is 0",
+      .remarks = "The density of the normal distribution."}},
+
+    {"GenerateLookUpTables",
+     Thunk<&SHBuilder::GenerateLookUpTables>(),
+     "Generate lookup tables on for basis function calculations\n"
+     "Arguments:\n"
+     "numSteps - the number of steps in a circle",
+     {.arguments = {{{"numSteps", "steps in a full circle, 1 to 262144"}}},
+      .errors = "ValueError outside the range, MemoryError; the old tables are then kept.",
+      .remarks = "Evaluation, projection and rendering read these tables. They take about 12 KB "
+                 "per step."}},
+
+    {"GenerateSphericalSamples",
+     Thunk<&SHBuilder::GenerateSphericalSamples>(),
+     "Generate lookup tables on for basis function calculations\n"
+     "Arguments:\n"
+     "seed - the number of steps in a circle\n"
+     "sqrtNumSamples - the number of samples per axis (total is sqrtNumSamples*sqrtNumSamples)",
+     {.arguments = {{{"seed", "of the random generator, 0 to 4294967295"}, pointsPerAxis}},
+      .errors = "ValueError for too many points, MemoryError; the old points are then kept.",
+      .remarks = "Makes the points over which functions and images are projected, spread evenly "
+                 "over the sphere; the same seed makes the same points. (The docstring describes "
+                 "another method.)"}},
+
+    {"GeneratePDFSamples",
+     Thunk<&SHBuilder::GeneratePDFSamples>(),
+     "Create gauss distributed samples for importance sampling and depletion profile creation\n"
+     "Arguments: (seed, sqrtNumSamples, numGaussSamples)",
+     {.arguments = {{{"seed", "of the random generator"},
+                     pointsPerAxis,
+                     {"numGaussSamples", "points around the mean, up to 134217728; at least the "
+                                         "mean itself is made"}}},
+      .errors = "ValueError for too many points, MemoryError; the old points are then kept.",
+      .remarks = "Makes the points of CreateImportanceSampledGaussSH: some around the mean, and "
+                 "an even cover of the sphere."}},
+
+    {"GenerateImporanceIntegralMipMaps",
+     Thunk<&SHBuilder::GenerateImporanceIntegralMipMaps>(),
+     "Create two 1D mipmaps for integrals used in importance sampling",
+     {.errors = "RuntimeError before GenerateLookUpTables; MemoryError.",
+      .remarks = "No other method reads them."}},
+
+    {"SHBasisFunc",
+     Thunk<&SHBuilder::SHBasisFunc>(),
+     "Calculate a particular basis function at a spherical coordinate\n"
+     " return a basis function coefficient\n"
+     "Arguments:\n"
+     "index - index of the coefficient\n"
+     "phi   - a float in range [0..2*Pi]\n"
+     "theta - a float in range [0..Pi]",
+     {.arguments =
+          {{{"index", "l * l + l + m for band l, order m; 0 to 899"}, azimuth, polarAngle}},
+      .result = "the value of that basis function",
+      .errors = "IndexError for another index; RuntimeError before GenerateLookUpTables; "
+                "ValueError where an angle is not finite or theta lies beyond the tables."}},
+
+    {"RenderSHToImageBuffer",
+     Tuple<"Ofiii", &SHBuilder::RenderSHToImageBuffer>(),
+     "Render an SH to an image buffer of byte sized pixels.\n"
+     "All values outside of range will be truncated\n"
+     " return a buffer containing a rendered SH\n"
+     "Arguments:\n"
+     "sh     - Spherical Harmonic to render\n"
+     "scale  - a scaling factor to control the image contrast\n"
+     "offset - a offset to the scaled value in pixels\n"
+     "sqrtNumSlices - the square of the number of slices to split image to (total N*N)\n"
+     "sliceIndex - the index of the slice to generate",
+     {.arguments = {{aSet,
+                     {"scale", "pixel steps per unit of value"},
+                     {"offset", "the pixel of value 0"},
+                     {"sqrtNumSlices", "N, for N * N slices; at least 1"},
+                     {"sliceIndex", "0 to N * N - 1, row by row"}}},
+      .errors = "RuntimeError without an image or before GenerateLookUpTables; ValueError for "
+                "another slice or a set with fewer coefficients than its bands need.",
+      .remarks = "Returns None; GetImageBuffer gives the pixels. A pixel is the value times scale, "
+                 "truncated, plus offset, limited to 0 to 255. Row 0 is the pole (theta 0), column "
+                 "0 is phi 0, and a pixel stands for its low corner. Rows and columns left over "
+                 "when the image is cut into slices are not written."}},
+
+    {"SetImageBuffer",
+     Thunk<&SHBuilder::SetImageBuffer>(),
+     "Set the image buffer to a size (width, height)",
+     {.arguments = {{{"width", "in pixels, 0 or more"}, {"height", "in pixels, 0 or more"}}},
+      .errors = "ValueError for a negative size or 2^31 pixels and more, MemoryError; the old "
+                "image is then kept.",
+      .remarks = "The new image is black."}},
+
+    {"ClearImageBuffer",
+     Thunk<&SHBuilder::ClearImageBuffer>(),
+     "Clear the image buffer",
+     {.remarks = "Releases the image; it does not blacken it."}},
+
+    {"GetImageBuffer",
+     Direct<&GetImageBuffer>(),
+     "Get a python buffer for the internal image buffer owned by the builder",
+     {.result = "a read-only buffer of width * height bytes, row by row; empty without an image",
+      .errors = "MemoryError.",
+      .remarks = "The buffer is live: it shows what is rendered later. It stays safe to read when "
+                 "the image is replaced, cleared or gone with its builder, and then shows its last "
+                 "pixels. Arguments are ignored."}},
+
+    {"AddSH",
+     Thunk<&SHBuilder::AddSH>(),
+     "Add a spherical harmonic to another",
+     {.arguments = {{target, source}},
+      .result = theTarget,
+      .errors = missingOperand,
+      .remarks = smallerSource}},
+
+    {"AddScaledSH",
+     Thunk<&SHBuilder::AddScaledSH>(),
+     "Add a scaled spherical harmonic to another",
+     {.arguments = {{target, source, {"scale", "factor of the source"}}},
+      .result = theTarget,
+      .errors = missingOperand,
+      .remarks = smallerSource}},
+
+    {"SubtractSH",
+     Thunk<&SHBuilder::SubtractSH>(),
+     "Subtract a spherical harmonic from another",
+     {.arguments = {{target, source}},
+      .result = theTarget,
+      .errors = missingOperand,
+      .remarks = smallerSource}},
+
+    {"SubtractScaledSH",
+     Thunk<&SHBuilder::SubtractScaledSH>(),
+     "Subtract a scaled spherical harmonic from another",
+     {.arguments = {{target, source, {"scale", "factor of the source"}}},
+      .result = theTarget,
+      .errors = missingOperand,
+      .remarks = smallerSource}},
+
+    {"ScaleSH",
+     Thunk<&SHBuilder::ScaleSH>(),
+     "Scale a spherical harmonic to another",
+     {.arguments = {{target, {"scale", "the factor"}}},
+      .result = theTarget,
+      .errors = missingOperand,
+      .remarks = "Multiplies every coefficient. (There is no other set.)"}},
+
+    {"OffsetSH",
+     Thunk<&SHBuilder::OffsetSH>(),
+     "Offset a spherical harmonic to by a constant value (aka color shift)",
+     {.arguments = {{target, {"value", "4 pi times what is added to the value everywhere"}}},
+      .result = theTarget,
+      .errors = "TypeError where the set is None; RuntimeError before GenerateLookUpTables unless "
+                "the set is empty.",
+      .remarks = "Adds value times the band-0 function, 0.2820948, to coefficient 0: the set's "
+                 "value grows by value / (4 pi) everywhere, not by value."}},
+
+    {"LerpSH",
+     Thunk<&SHBuilder::LerpSH>(),
+     "Linear Interpolation between two harmonics using an alpha (0-1)\n"
+     "Arguments:\n"
+     "target - the result of the lerp operation will be stored here\n"
+     "from   - the start SH (when alpha=0)\n"
+     "to     - the end SH (when alpha=1)\n"
+     "alpha  - the mixing/blending controller.  Value in the range 0-1.0.",
+     {.arguments = {{target,
+                     {"from", "the set at alpha 0"},
+                     {"to", "the set at alpha 1"},
+                     {"alpha", "not limited: beyond 0 to 1 it extrapolates"}}},
+      .result = theTarget,
+      .errors = "TypeError where a set is None; MemoryError.",
+      .remarks = equalOperands}},
+
+    {"CopyScaleAndSubtractSH",
+     Thunk<&SHBuilder::CopyScaleAndSubtractSH>(),
+     "Copy a SH to a target. Scale it and the subtract a SH from the total.  All in one pass\n"
+     " return target\n"
+     "Arguments:\n"
+     "target     - the result will be copied to this SH\n"
+     "toCopy     - the SH to copy and scale\n"
+     "scale      - the scale to apply to the SH to copy\n"
+     "toSubtract - the SH to subtract form the scaled copy",
+     {.arguments = {{target,
+                     {"toCopy", "the set to scale"},
+                     {"scale", "its factor"},
+                     {"toSubtract", "the set that is taken off"}}},
+      .result = theTarget,
+      .errors = "TypeError where a set is None; MemoryError.",
+      .remarks = equalOperands}},
+
+    {"CreateLatitudeSH",
+     Creates<"i", &SHBuilder::CreateLatitudeSH>(),
+     "Create a latitude based spherical harmonic with numBands",
+     {.arguments = {{bandCount}},
+      .result = "a new set: sin theta, 1 on the equator and 0 at the poles",
+      .errors = projectionErrors,
+      .remarks = projectionRemarks}},
+
+    {"CreateLongtitudeSH",
+     Creates<"i", &SHBuilder::CreateLongtitudeSH>(),
+     "Create a longtitude based spherical harmonic with numBands",
+     {.arguments = {{bandCount}},
+      .result = "a new set: sin phi, faded to 0 at the poles",
+      .errors = projectionErrors,
+      .remarks = projectionRemarks}},
+
+    {"CreateConstantSH",
+     Creates<"fi", &SHBuilder::CreateConstantSH>(),
+     "Create a constant value spherical harmonic (value, num bands)",
+     {.arguments = {{{"value", "4 pi times the value of the function"},
+                     {"numBands", "number of bands, 0 to 46340"}}},
+      .result = newSet,
+      .errors = "RuntimeError before GenerateLookUpTables unless numBands is 0; ValueError for "
+                "another number of bands; MemoryError.",
+      .remarks = "Coefficient 0 is value times the band-0 function, 0.2820948; the others are 0.0. "
+                 "The function has the value value / (4 pi) everywhere."}},
+
+    {"CreateGaussSH",
+     Creates<"ifff", &SHBuilder::CreateGaussSH>(),
+     "Create a gaussian distribuition with a mean at (phi=0 theta=0)\n"
+     " Returns a spherical harmonic encoding a gaussian distribution\n"
+     "Arguments:\n"
+     "numBands - the number of bands to generate\n"
+     "stdDev   - the standard deviation of the gaussian in radians\n"
+     "latitude - the latitude of the mean [0..pi)\n"
+     "longitude - the longitude of the mean [0..2*pi)",
+     {.arguments = {{bandCount,
+                     {"stdDev", "standard deviation in radians"},
+                     {"latitude", "polar angle of the mean in radians, 0 to pi from the pole"},
+                     {"longitude", "azimuth of the mean in radians"}}},
+      .result = "a new set: 1 at the mean, 0 beyond five standard deviations",
+      .errors = projectionErrors,
+      .remarks = "The mean is at (latitude, longitude). Projects over the points of "
+                 "GenerateSphericalSamples; without any, every coefficient is NaN."}},
+
+    {"CreateImportanceSampledGaussSH",
+     Creates<"fff", &SHBuilder::CreateImportanceSampledGaussSH>(),
+     "Create a sphericel harmonic of a gaussian using importance sampling\n"
+     "Arguments:\n"
+     " latitude - mean off gaussian\n"
+     " longitude - mean off gaussian\n"
+     " stdDev - standard deviation of the gaussian",
+     {.arguments = {{{"latitude", "polar angle of the mean in radians, 0 to pi from the pole"},
+                     {"longitude", "azimuth of the mean in radians"},
+                     {"stdDev", "scale of the offsets in radians; their own standard deviation is "
+                                "about 0.659"}}},
+      .result = "a new set, always of 30 bands",
+      .errors = "ValueError where an argument is not finite; RuntimeError before "
+                "GenerateLookUpTables; MemoryError.",
+      .remarks = "Uses the points of GeneratePDFSamples; without any, every coefficient is NaN."}},
+
+    {"CreateSHFromBuffer",
+     Tuple<"Oi", &CreateSHFromBuffer>(),
+     "Create SH from a python buffer\n"
+     " return SH made from coefficients extracted from the buffer\n"
+     "Arguments:\n"
+     "buffer - a python buffer containing B*B num floats (4 byte)\n"
+     "numBands - the number of bands in the float array",
+     {.arguments = {{{"buffer", "numBands * numBands 4-byte floats in the machine's byte order"},
+                     {"numBands", "number of bands, -23170 to 23170; stored as given"}}},
+      .result = newSet,
+      .errors = "TypeError where there is no read buffer or its length does not fit; ValueError "
+                "for another number of bands; MemoryError.",
+      .remarks = "Values are copied bit for bit. Strings, arrays, byte arrays, buffers and memory "
+                 "maps have a read buffer; memoryview has none."}},
+
+    {"ExtendSHFromBuffer",
+     Tuple<"OOii", &ExtendSHFromBuffer>(),
+     "Extend SH bands from a python buffer. Will set new size and override values values for "
+     "expanded bands.\n"
+     "Arguments:\n"
+     "sh - a spherical harmonic to extend\n"
+     "buffer - a python buffer containing (newBand**2 - oldBand**2) num floats (4 byte)\n"
+     "oldBand - the old max band of the SH\n"
+     "newBand - the number of bands in the float array",
+     {.arguments = {{{"sh", "the set that is changed"},
+                     {"buffer", "the coefficients of bands oldBand to newBand - 1, 4-byte floats"},
+                     {"oldBand", "first band of the buffer; the set's own number is not looked at"},
+                     {"newBand", "number of bands afterwards, -46340 to 46340"}}},
+      .errors = "TypeError where there is no read buffer or its length does not fit; ValueError "
+                "for bands whose coefficients take 2 GB and more; MemoryError. The set is then "
+                "unchanged.",
+      .remarks = "Returns None. Coefficients below oldBand * oldBand are kept, or 0.0 where the "
+                 "set had fewer; those from newBand * newBand on are dropped."}},
+
+    {"LatitudeProjectionFunc",
+     Tuple<"ff", &SHBuilder::LatitudeProjectionFunc>(),
+     "Project latitude function (phi, theta)",
+     {.arguments = {{{"phi", "not used"}, {"theta", "polar angle in radians, any finite number"}}},
+      .result = "sin theta, from the tables",
+      .errors = foldedAngle}},
+
+    {"LongtitudeProjectionFunc",
+     Tuple<"ff", &SHBuilder::LongtitudeProjectionFunc>(),
+     "Project longtitude function (phi, theta)",
+     {.arguments = {{azimuth, {"theta", "polar angle in radians"}}},
+      .result = "sin phi, from the tables, times 1 - ((theta - pi/2) / (pi/2))^4",
+      .errors = foldedAngle}},
+
+    {"GaussProjectionFunc",
+     Tuple<"fff", &SHBuilder::GaussProjectionFunc>(),
+     "Project longtitude function (longitude, latitude, stdDev)",
+     {.arguments = {{{"longitude", "azimuth in radians"},
+                     {"latitude", "polar angle in radians"},
+                     {"stdDev", "standard deviation in radians"}}},
+      .result = "the Gaussian around the pole: 1 there, 0 beyond five standard deviations",
+      .remarks = "The function that CreateGaussSH projects, with its mean at the pole."}},
+
+    {"SetRandomSeed",
+     Thunk<&SHBuilder::SetRandomSeed>(),
+     "Set the seed for the random generator",
+     {.arguments = {{{"seed", "any int"}}},
+      .remarks =
+          "The generator belongs to the thread, not to the builder. GenerateSphericalSamples "
+          "and GeneratePDFSamples seed it themselves."}},
+
+    {"CreateSHFromImageBuffer",
+     Tuple<"iiiO", &CreateSHFromImageBuffer>(),
+     "Create a spherical harmonic from an 8 bit image buffer by projecting the image on the "
+     "surface on to the SH\n"
+     " Returns a spherical harmnic representing the image\n"
+     "Arguments:\n"
+     "width - the pixel width of the image buffer\n"
+     "height - the pixel width of the image buffer\n"
+     "band - the number of bands of the SH generated\n"
+     "buffer - a python buffer wrapping an 8 bit buffer",
+     {.arguments = {{{"width", "in pixels"},
+                     {"height", "in pixels"},
+                     {"band", "number of bands, -30 to 30; stored as given"},
+                     {"buffer", "width * height bytes, row by row"}}},
+      .result = "a new set whose values are pixels, 0 to 255",
+      .errors = "TypeError where there is no read buffer or its length does not fit; ValueError "
+                "for a negative size, an image without pixels or more than 900 coefficients; "
+                "RuntimeError before GenerateLookUpTables; MemoryError.",
+      .remarks = "Row 0 is the pole (theta 0), column 0 is phi 0. Projects over the points of "
+                 "GenerateSphericalSamples; without any, every coefficient is NaN. The builder's "
+                 "own image is not involved."}},
+};
+static_assert(NotesFitEntries(methods));
+
+} // namespace
+
+constinit const ClassTable shBuilderTable = {
+    .name = className<SHBuilder>,
+    .doc = "Spherical Harmonic Builder",
+    .note = "Owns lookup tables, sample points and an 8-bit image, and performs every operation on "
+            "sets. Methods that change a set return it; methods that create one return a new "
+            "object.",
+    .attributes = attributes,
+    .methods = methods,
+};
+
+} // namespace orvane::binding

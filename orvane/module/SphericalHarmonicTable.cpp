@@ -1,0 +1,80 @@
+#include "orvane/module/SphericalHarmonicTable.h"
+
+#include "orvane/module/SharedView.h"
+#include "orvane/module/Thunk.h"
+#include "orvane/module/TupleEntry.h"
+
+namespace orvane::binding {
+
+namespace {
+
+NewReference<ScriptType::View> GetAsBuffer(SphericalHarmonic &sh)
+{
+    // An alias: it holds the block and points at the floats in it.
+    const auto block = sh.coefficients.Share();
+    return SharedView({block, sh.coefficients.data()},
+                      static_cast<Py_ssize_t>(sh.coefficients.size() * sizeof(float)));
+}
+
+constexpr AttributeRow attributes[] = {
+    {"numBands", AttributeTypeInt32, offsetof(SphericalHarmonic, numBands),
+     AttributeReadable | AttributeWritable, "The number of bands in this spherical harmonic",
+     "Writing it changes this number alone, not the coefficients; use SetNumBands to resize."},
+};
+
+constexpr MethodRow methods[] = {
+    {"SetNumBands",
+     Thunk<&SphericalHarmonic::SetNumBands>(),
+     "Set the number of bands and resize the coefficients",
+     {.arguments = {{{"bands", "number of bands, 0 to 46340"}}},
+      .errors = "ValueError outside the range, MemoryError; the set is then unchanged.",
+      .remarks = "The set then has bands * bands coefficients: the first ones are kept, new ones "
+                 "are 0.0."}},
+
+    {"SetCoefficient",
+     Thunk<&SphericalHarmonic::SetCoefficient>(),
+     "Set the a specific coefficients",
+     {.arguments = {{{"index", "l * l + l + m for band l, order m; 0 to GetNumCoefficients() - 1"},
+                     {"value", "rounded to single precision"}}},
+      .errors = "IndexError outside the set."}},
+
+    {"GetCoefficient",
+     Thunk<&SphericalHarmonic::GetCoefficient>(),
+     "Get a specific coefficients",
+     {.arguments = {{{"index",
+                      "l * l + l + m for band l, order m; 0 to GetNumCoefficients() - 1"}}},
+      .errors = "IndexError outside the set."}},
+
+    {"GetNumCoefficients",
+     Thunk<&SphericalHarmonic::GetNumCoefficients>(),
+     "Get the number of coefficients",
+     {.remarks = "The number that the set really holds, whatever was written to numBands."}},
+
+    {"Clean",
+     Thunk<&SphericalHarmonic::Clean>(),
+     "Set all values to zero.  Number of coefficients remains the same",
+     {}},
+
+    {"GetAsBuffer",
+     Direct<&GetAsBuffer>(),
+     "Get the coefficients as a python buffer. Will remain valid as long as SH is not changed.\n",
+     {.result = "a read-only buffer of 4-byte floats in the machine's byte order, in index order",
+      .errors = "MemoryError.",
+      .remarks = "The buffer is live: it shows every later change of a coefficient. It stays safe "
+                 "to read when the set is resized or gone, and then shows the last contents it had "
+                 "before. Arguments are ignored."}},
+};
+static_assert(NotesFitEntries(methods));
+
+} // namespace
+
+constinit const ClassTable sphericalHarmonicTable = {
+    .name = className<SphericalHarmonic>,
+    .doc = "This is a hello world example through tesk's new exposure macros.",
+    .note = "One set of real spherical-harmonic coefficients, in single precision: a scalar "
+            "function on the sphere. SphericalHarmonic() makes an empty set.",
+    .attributes = attributes,
+    .methods = methods,
+};
+
+} // namespace orvane::binding
