@@ -1,0 +1,206 @@
+#include "orvane/builder/Projection.h"
+
+#include "orvane/sh/Errors.h"
+#include "platform/RuntimeRandom.h"
+#include "tests/builder/ProjectionCases.h"
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <stdexcept>
+
+namespace {
+
+const double pi = std::acos(-1.0);
+
+std::vector<literal::Sample> LiteralSamples(std::uint32_t seed, int n)
+{
+    platform::srand(seed);
+    return literal::StratifiedSamples(n);
+}
+
+TEST(SphericalSamples, AreStratifiedInTheOrderOfTheirDraws)
+{
+    // 1/3 rounds up in single precision: draw 13, which makes the last row's first theta, reaches
+    // beyond the pole where it is 32767.
+    std::uint32_t poleSeed = 0;
+    for (int draw = 0; draw != 32767;) {
+        platform::srand(++poleSeed);
+        for (int i = 0; i < 13; ++i)
+            draw = platform::rand();
+    }
+    const auto builder = MakeObject<SHBuilder>();
+    for (const int n : {0, 1, 2, 5, 10, 64, -4, 3}) {
+        const auto expected = LiteralSamples(poleSeed, n);
+        const int nextDraw = platform::rand();
+        builder->GenerateSphericalSamples(poleSeed, n);
+        EXPECT_EQ(platform::rand(), nextDraw);
+        ASSERT_EQ(builder->sphericalSamples.size(), expected.size());
+        for (std::size_t i = 0; i < expected.size(); ++i) {
+            ASSERT_EQ(builder->sphericalSamples[i].theta, expected[i].theta) << n << ", " << i;
+            ASSERT_EQ(builder->sphericalSamples[i].phi, expected[i].phi) << n << ", " << i;
+        }
+    }
+    EXPECT_EQ(builder->sphericalSamples[6].theta, pi);
+
+    builder->GenerateSphericalSamples(1, 1);
+    EXPECT_NEAR(builder->sphericalSamples[0].theta, 0.07076103786700517, 1e-15);
+    EXPECT_NEAR(builder->sphericalSamples[0].phi, 3.541111065906503, 1e-15);
+    platform::srand(5);
+    EXPECT_THROW(builder->GenerateSphericalSamples(1, 16385), std::invalid_argument);
+    EXPECT_EQ(builder->sphericalSamples.size(), 1u);
+    EXPECT_EQ(platform::ThreadRandom().state, 5u);
+}
+
+TEST(Projection, OfLatitudeLongitudeAndBlobsHasTheBitsOfThePlainLoop)
+{
+    for (const int numSteps : projectionTableSizes) {
+        ProjectionCase model(numSteps);
+        SHBuilder &builder = *model.builder;
+        SphericalHarmonic &set = *model.set;
+        model.UseSamples(LiteralSamples(11, 9));
+        for (const int bands : {0, 1, 2, 5, 17, 30}) {
+            const auto project = [&](const literal::Function &function) {
+                return literal::Project(model.tables, model.samples, bands, function);
+            };
+            EXPECT_TRUE(model.Gives(project(literal::Latitude(model.tables)),
+                                    [&] { builder.CreateLatitudeSH(set, bands); }));
+            EXPECT_TRUE(model.Gives(project(literal::Longitude(model.tables)),
+                                    [&] { builder.CreateLongtitudeSH(set, bands); }));
+            EXPECT_TRUE(model.Gives(project(literal::Gauss(0.3f, 1.2f, 4.5f)),
+                                    [&] { builder.CreateGaussSH(set, bands, 0.3f, 1.2f, 4.5f); }));
+            EXPECT_EQ(set.numBands, bands);
+        }
+    }
+}
+
+// The estimate that spares most samples the library calls must never drop one that counts: at the
+// rim of the reach, and where the scalar product leaves [-1, 1] and the value is NaN.
+TEST(Projection, OfABlobKeepsEverySampleThatCounts)
+{
+    ProjectionCase model(256);
+    int notNumbers = 0;
+    const auto compare = [&](float stdDev, float latitude, float longitude) {
+        const auto expected = literal::Project(model.tables, model.samples, 1,
+                                               literal::Gauss(stdDev, latitude, longitude));
+        notNumbers += std::isnan(expected[0]);
+        EXPECT_TRUE(model.Gives(
+            expected,
+            [&] { model.builder->CreateGaussSH(*model.set, 1, stdDev, latitude, longitude); }))
+            << stdDev << " around " << latitude << ", " << longitude;
+    };
+    for (const float stdDev : {0.2f, 1e-4f, 0.62f, 0.6283185f, 40.0f, 0.0f, -0.3f, HUGE_VALF})
+        for (const auto &[latitude, longitude] :
+             {std::pair{0.0f, 0.0f}, {1.0f, 2.0f}, {3.1415927f, 1.0f}, {-700.0f, 1e8f}}) {
+            auto samples = LiteralSamples(3, 16);
+            for (const double rim : {latitude + 5.0 * stdDev, latitude - 5.0 * stdDev})
+                for (double theta = rim - 2e-6; theta < rim + 2e-6; theta += 3.7e-7)
+                    if (theta >= 0.0 && theta <= pi)
+                        samples.push_back({theta, longitude});
+            model.UseSamples(samples);
+            compare(stdDev, latitude, longitude);
+        }
+    compare(0.2f, std::nanf(""), 1.0f);
+    for (const bool antipode : {false, true}) {
+        notNumbers = 0;
+        for (float latitude = 0.04f; latitude < 1.57f; latitude += 0.03f) {
+            model.UseSamples({{antipode ? pi - latitude : latitude, antipode ? pi + 0.3f : 0.3f}});
+            compare(0.2f, latitude, 0.3f);
+        }
+        EXPECT_GT(notNumbers, 0);
+    }
+}
+
+TEST(Projection, ResemblesTheFunction)
+{
+    const auto builder = MakeObject<SHBuilder>();
+    const auto set = MakeObject<SphericalHarmonic>();
+    builder->GenerateLookUpTables(4096);
+    builder->GenerateSphericalSamples(1, 64);
+    for (const double theta : {0.4, 1.0, 1.7, 2.8})
+        for (const double phi : {0.3, 2.0, 5.0}) {
+            builder->CreateLatitudeSH(*set, 5);
+            EXPECT_NEAR(builder->GetValueAt(*set, phi, theta), std::sin(theta), 0.05);
+            const double angle = std::acos(std::cos(theta) * std::cos(1.0) +
+                                           std::sin(theta) * std::sin(1.0) * std::cos(phi - 2.0));
+            builder->CreateGaussSH(*set, 8, 0.6f, 1.0f, 2.0f);
+            EXPECT_NEAR(builder->GetValueAt(*set, phi, theta),
+                        std::exp(-angle * angle / (2 * 0.6 * 0.6)), 0.05);
+        }
+}
+
+TEST(Projection, CallsTheFunctionOncePerSampleInOrder)
+{
+    ProjectionCase model(64);
+    model.UseSamples(LiteralSamples(1, 9));
+    static std::vector<double> seen;
+    const ProjectionFunc record = [](SHBuilder &, const double &phi, const double &, const void *) {
+        if (seen.size() == 81)
+            throw std::domain_error("refused");
+        seen.push_back(phi);
+        return 1.0;
+    };
+    model.builder->ProjectFunction(*model.set, 3, record, nullptr);
+    ASSERT_EQ(seen.size(), 81u);
+    for (std::size_t i = 0; i < seen.size(); ++i)
+        EXPECT_EQ(seen[i], model.samples[i].phi);
+    EXPECT_THROW(model.builder->ProjectFunction(*model.set, 2, record, nullptr), std::domain_error);
+    EXPECT_EQ(model.set->coefficients.size(), 9u);
+}
+
+TEST(Projection, RefusesWhatItHasNoTablesForAndLeavesTheSetAlone)
+{
+    using Create = std::function<void(SHBuilder &, SphericalHarmonic &, std::int32_t bands)>;
+    const Create jobs[] = {
+        [](auto &builder, auto &set, auto bands) { builder.CreateConstantSH(set, 3.5f, bands); },
+        [](auto &builder, auto &set, auto bands) { builder.CreateLatitudeSH(set, bands); },
+        [](auto &builder, auto &set, auto bands) { builder.CreateLongtitudeSH(set, bands); },
+        [](auto &builder, auto &set, auto bands) { builder.CreateGaussSH(set, bands, 1, 0, 0); }};
+    ProjectionCase ready(16);
+    const auto fresh = MakeObject<SHBuilder>();
+    SphericalHarmonic &set = *ready.set;
+    for (const Create &create : jobs) {
+        const bool isConstant = &create == jobs;
+        fresh->GenerateSphericalSamples(1, 2);
+        create(*fresh, set, 0); // reads no table
+        EXPECT_EQ(set.coefficients.size(), 0u);
+        EXPECT_THROW(create(*fresh, set, 1), orvane::NotReady);
+        for (const std::int32_t bands : {-1, isConstant ? 46341 : 31, 65536})
+            EXPECT_THROW(create(*ready.builder, set, bands), std::invalid_argument);
+        EXPECT_EQ(set.coefficients.size(), 0u);
+        create(*ready.builder, set, 2); // over no samples
+        EXPECT_EQ(set.numBands, 2);
+        for (std::size_t i = 0; i < 4; ++i)
+            if (isConstant)
+                EXPECT_EQ(set.coefficients[i], i ? 0.0f : 0.28209479177387814f * 3.5f);
+            else
+                EXPECT_TRUE(std::isnan(set.coefficients[i]));
+    }
+    EXPECT_THROW(fresh->LatitudeProjectionFunc(0.0, 0.0), orvane::NotReady);
+    EXPECT_THROW(fresh->LongtitudeProjectionFunc(0.0, 0.0), orvane::NotReady);
+}
+
+TEST(ProjectionFunctions, AtTellingPoints)
+{
+    ProjectionCase model(1000);
+    const SHBuilder &builder = *model.builder;
+    for (const double angle : {0.0, 1.0, -2.5, 100.0}) {
+        EXPECT_EQ(builder.LongtitudeProjectionFunc(angle, 0.0), 0.0);
+        EXPECT_EQ(builder.LongtitudeProjectionFunc(angle, 1.2),
+                  literal::Longitude(model.tables)(angle, 1.2));
+        EXPECT_EQ(builder.LatitudeProjectionFunc(7.0, angle),
+                  literal::Latitude(model.tables)(7.0, angle));
+        EXPECT_EQ(builder.GaussProjectionFunc(angle, 0.3, 0.5),
+                  literal::Gauss(0.5, 0.0, 0.0)(angle, 0.3));
+    }
+    EXPECT_NEAR(builder.GaussProjectionFunc(0.0, 0.0, 0.1), 1.0, 1e-15);
+    EXPECT_EQ(builder.GaussProjectionFunc(0.0, 0.51, 0.1), 0.0);
+    for (const double angle : {HUGE_VAL, -HUGE_VAL, std::nan("")}) {
+        EXPECT_THROW(builder.LatitudeProjectionFunc(0.0, angle), std::invalid_argument);
+        EXPECT_THROW(builder.LongtitudeProjectionFunc(angle, 0.0), std::invalid_argument);
+        EXPECT_EQ(builder.LatitudeProjectionFunc(angle, 0.0), 0.0);
+        EXPECT_TRUE(std::isnan(builder.GaussProjectionFunc(angle, 1.0, 0.5)));
+    }
+}
+
+} // namespace
