@@ -15,6 +15,13 @@ using namespace orvane;
 
 namespace orvane {
 
+void RequireSampleLimit(std::int32_t sqrtNumSamples)
+{
+    if (sqrtNumSamples > mostSamplesPerAxis)
+        throw std::invalid_argument(IllegalValue("sqrtNumSamples", sqrtNumSamples,
+                                                 "at most " + std::to_string(mostSamplesPerAxis)));
+}
+
 // R. Green, "Spherical Harmonic Lighting: The Gritty Details", GDC 2003, appendix A1: theta is
 // 2 acos(sqrt(1 - x)) for x uniform in [0, 1].
 void GenerateStratifiedSamples(std::int32_t n, std::vector<SphericalSample> &target)
@@ -125,9 +132,7 @@ double TableSine(const SHBuilder &builder, const char *name, double angle)
 /// @throws std::invalid_argument, std::bad_alloc; samples and generator are then as they were
 void SHBuilder::GenerateSphericalSamples(std::uint32_t seed, std::int32_t sqrtNumSamples)
 {
-    if (sqrtNumSamples > mostSamplesPerAxis)
-        throw std::invalid_argument(IllegalValue("sqrtNumSamples", sqrtNumSamples,
-                                                 "at most " + std::to_string(mostSamplesPerAxis)));
+    RequireSampleLimit(sqrtNumSamples);
     std::vector<SphericalSample> samples;
     const std::size_t perAxis = std::max(sqrtNumSamples, 0);
     samples.reserve(perAxis * perAxis);

@@ -13,6 +13,9 @@ namespace orvane {
 /// The most samples per axis: 4 GB of samples.
 inline constexpr std::int32_t mostSamplesPerAxis = 16384;
 
+/// @throws std::invalid_argument above it
+void RequireSampleLimit(std::int32_t sqrtNumSamples);
+
 /// Replaces `target` by n * n jittered samples, row by row in theta and uniform in area, each from
 /// two draws, theta's first; none for n below 1. Draws from the thread's generator as it stands. A
 /// phi may lie a hair above 2 pi.

@@ -4,12 +4,20 @@
 #include "orvane/kernels/Kernels.h"
 #include "orvane/sh/Basis.h"
 
+#include <algorithm>
+
 namespace orvane {
 Projector::Projector(const SHBuilder &builder, std::int32_t numCoefficients, Rounding rounding)
     : builder(builder), numCoefficients(numCoefficients), bands(BandsReached(numCoefficients)),
       addPoints(rounding == Rounding::Weighted ? builder.kernels->addWeighted
                                                : builder.kernels->addPixels)
 {
+}
+
+void Projector::StartAt(const SphericalHarmonic &sh)
+{
+    ForEachSum(std::min(numCoefficients, sh.GetNumCoefficients()),
+               [&](std::int32_t index, float &sum) { sum = sh.coefficients[index] + 0.0f; });
 }
 
 void Projector::Flush()
@@ -26,11 +34,8 @@ void Projector::Store(float weight, std::int32_t numBands, SphericalHarmonic &sh
     Flush();
     sh.coefficients.assign_zeros(static_cast<std::size_t>(numCoefficients));
     sh.numBands = numBands;
-    for (int l = 0; l < bands; ++l)
-        for (int m = -l; m <= l && CoefficientIndex(l, m) < numCoefficients; ++m) {
-            const float sum = m < 0 ? sums.sine[PolarIndex(l, -m)] : sums.cosine[PolarIndex(l, m)];
-            sh.coefficients[CoefficientIndex(l, m)] = weight * sum;
-        }
+    ForEachSum(numCoefficients,
+               [&](std::int32_t index, float &sum) { sh.coefficients[index] = weight * sum; });
 }
 
 } // namespace orvane

@@ -25,6 +25,10 @@ public:
     /// @param numCoefficients 0 to 900; tables are needed as soon as a point is added to at least 1
     Projector(const SHBuilder &builder, std::int32_t numCoefficients, Rounding rounding);
 
+    /// Lets the sums of the coefficients that the set has start there instead of at 0. A -0 counts
+    /// as +0.
+    void StartAt(const SphericalHarmonic &sh);
+
     /// Adds one point.
     /// @param thetaStep the point's polar step (PolarStep)
     /// @param phi azimuth in radians, 29 * phi finite
@@ -47,6 +51,13 @@ public:
 
 private:
     void Flush();
+    /// Calls `visit` with the index and the sum of each of the first `count` coefficients.
+    template <typename Visit> void ForEachSum(std::int32_t count, const Visit &visit)
+    {
+        for (std::int32_t index = 0, l = 0; index < count; ++l)
+            for (int m = -l; m <= l && index < count; ++m, ++index)
+                visit(index, m < 0 ? sums.sine[PolarIndex(l, -m)] : sums.cosine[PolarIndex(l, m)]);
+    }
 
     const SHBuilder &builder;
     const std::int32_t numCoefficients;

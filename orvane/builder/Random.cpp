@@ -7,24 +7,6 @@
 
 namespace orvane {
 
-double RandomUnit(platform::RuntimeRandom &random)
-{
-    constexpr double drawScale = 1.0 / 32767.0;
-    static_assert(drawScale == 3.051850947599719e-05);
-    return random.Next() * drawScale;
-}
-
-double RandomGauss(platform::RuntimeRandom &random)
-{
-    for (;;) {
-        const double a = RandomUnit(random) * 2.0 - 1.0;
-        const double b = RandomUnit(random) * 2.0 - 1.0;
-        const double s = b * b + a * a; // never 0: no draw gives a or b = 0
-        if (s < 1.0)
-            return std::sqrt(std::log10(s) * -2.0 / s) * b;
-    }
-}
-
 double GaussDensity(double x, double mean, double stdDev)
 {
     const double d = x - mean;

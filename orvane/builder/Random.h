@@ -6,14 +6,45 @@
 
 #include "platform/RuntimeRandom.h"
 
+#include <cmath>
+
 namespace orvane {
 
 /// One draw, uniform in [0, 1]; both ends are reached.
-double RandomUnit(platform::RuntimeRandom &random = platform::ThreadRandom());
+inline double RandomUnit(platform::RuntimeRandom &random = platform::ThreadRandom())
+{
+    constexpr double drawScale = 1.0 / 32767.0;
+    static_assert(drawScale == 3.051850947599719e-05);
+    return random.Next() * drawScale;
+}
 
-/// A normal deviate from two or more draws. The logarithm is the decimal one, so the standard
-/// deviation is 1 / sqrt(ln 10), about 0.659.
-double RandomGauss(platform::RuntimeRandom &random = platform::ThreadRandom());
+/// A point drawn uniformly inside the unit circle, from two or more draws.
+struct DiskPoint {
+    double b;             ///< its second coordinate
+    double squaredRadius; ///< above 0, below 1
+};
+inline DiskPoint RandomDiskPoint(platform::RuntimeRandom &random)
+{
+    for (;;) {
+        const double a = RandomUnit(random) * 2.0 - 1.0;
+        const double b = RandomUnit(random) * 2.0 - 1.0;
+        const double s = b * b + a * a; // never 0: no draw gives a or b = 0
+        if (s < 1.0)
+            return {b, s};
+    }
+}
+
+/// The normal deviate that such a point stands for. The logarithm is the decimal one, so the
+/// standard deviation is 1 / sqrt(ln 10), about 0.659.
+inline double GaussDeviate(const DiskPoint &point)
+{
+    return std::sqrt(std::log10(point.squaredRadius) * -2.0 / point.squaredRadius) * point.b;
+}
+
+inline double RandomGauss(platform::RuntimeRandom &random = platform::ThreadRandom())
+{
+    return GaussDeviate(RandomDiskPoint(random));
+}
 
 /// Density at `x` of the normal distribution with this mean and standard deviation, its sqrt(2 pi)
 /// rounded to single precision. NaN for a standard deviation of 0, negative for a negative one.

@@ -45,26 +45,6 @@ std::unique_ptr<QuadCell> BuildQuadTree(const std::vector<ImportanceSample *> &s
     return root;
 }
 
-namespace {
-
-double Unit()
-{
-    return platform::rand() * 3.051850947599719e-05;
-}
-
-double Gauss()
-{
-    for (;;) {
-        const double a = Unit() * 2.0 - 1.0;
-        const double b = Unit() * 2.0 - 1.0;
-        const double s = b * b + a * a;
-        if (s < 1.0)
-            return std::sqrt(std::log10(s) * -2.0 / s) * b;
-    }
-}
-
-} // namespace
-
 PdfSamples GeneratePdfSamples(int seed, int sqrtNumSamples, int numGaussSamples)
 {
     PdfSamples pdf;
@@ -72,20 +52,13 @@ PdfSamples GeneratePdfSamples(int seed, int sqrtNumSamples, int numGaussSamples)
     pdf.offsets.push_back({0.0, 0.0});
     pdf.densities.push_back(1.0);
     for (int i = 1; i < numGaussSamples; ++i) {
-        const double g = Gauss();
+        const double g = RandomGauss();
         const double a = platform::rand() * 3.051850947599719e-05 * twoPi;
         pdf.offsets.push_back({std::sin(a) * g, std::cos(a) * g});
         pdf.densities.push_back(std::exp((g - 0.0) * (g - 0.0) * -0.5) * 0.3989422803558185);
     }
-    const double inv = 1.0f / static_cast<float>(sqrtNumSamples);
-    for (int i = 0; i < sqrtNumSamples; ++i)
-        for (int j = 0; j < sqrtNumSamples; ++j) {
-            const double x = 1.0 - (Unit() + i) * inv;
-            const double theta = std::acos(std::sqrt(x < 0.0 ? 0.0 : x)) * 2.0;
-            const double phi = ((Unit() + j) * inv) * twoPi;
-            pdf.points.push_back({theta, phi});
-            pdf.densities.push_back(0.0);
-        }
+    pdf.cover = StratifiedSamples(sqrtNumSamples);
+    pdf.densities.resize(pdf.densities.size() + pdf.cover.size(), 0.0);
     return pdf;
 }
 
@@ -110,8 +83,8 @@ std::vector<float> ImportanceSampledGauss(const Tables &tables, const PdfSamples
         else
             place(t, WrapAngle(stdDev * offset.y + longitude));
     }
-    for (const PdfSamples::Point &point : pdf.points)
-        place(point.theta, point.phi);
+    for (const Sample &sample : pdf.cover)
+        place(sample.theta, sample.phi);
     const std::unique_ptr<QuadCell> root = BuildQuadTree(samples);
 
     std::vector<float> coefficients(900);

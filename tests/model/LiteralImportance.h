@@ -2,7 +2,7 @@
 
 // Importance sampling as plain loops and a tree of allocated cells.
 
-#include "tests/model/LiteralModel.h"
+#include "tests/model/LiteralProjection.h"
 
 #include <memory>
 #include <vector>
@@ -33,14 +33,10 @@ struct PdfSamples {
         double x;
         double y;
     };
-    struct Point {
-        double theta;
-        double phi;
-    };
 
     std::vector<Offset> offsets;
     std::vector<double> densities;
-    std::vector<Point> points;
+    std::vector<Sample> cover; ///< of the whole sphere
 };
 
 /// Seeds the calling thread's generator and draws.
