@@ -1,0 +1,208 @@
+"""What the host adds to the module: wrappers, types, attributes, conversion of numbers, tesk-run."""
+
+import ctypes
+import gc
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+import weakref
+
+import _Orvane
+
+LIBRARIES = os.path.dirname(os.path.abspath(_Orvane.__file__))
+
+
+class Totals(ctypes.Structure):
+    _fields_ = [(name, ctypes.c_int64) for name in
+                ("live_objects", "allocations", "bytes", "peak_bytes", "assertion_hits")]
+
+
+host = ctypes.CDLL(os.path.join(LIBRARIES, "libtesk.so"))
+host.TeskReportTotals.restype = Totals
+host.TeskFailAllocation.argtypes = [ctypes.c_int, ctypes.c_int64]
+OBJECTS = 1
+
+
+class Float(object):
+    """Has a float value, or raises."""
+
+    def __init__(self, value):
+        self.value = value
+
+    def __float__(self):
+        if isinstance(self.value, Exception):
+            raise self.value
+        return self.value
+
+
+class OldFloat:
+    def __float__(self):
+        return 2.5
+
+
+class OldNothing:
+    pass
+
+
+class Long(long):
+    pass
+
+
+class HostTest(unittest.TestCase):
+    def setUp(self):
+        gc.collect()
+        self.before = host.TeskReportTotals().live_objects
+        self.builder = _Orvane.SHBuilder()
+        self.sh = _Orvane.SphericalHarmonic()
+
+    def tearDown(self):
+        del self.builder, self.sh
+        gc.collect()
+        self.assertEqual(host.TeskReportTotals().live_objects, self.before)
+
+    def expect(self, function, value, expected):
+        """`expected` is a result, or an exception whose type and text have to match."""
+        try:
+            result = function(value)
+        except Exception as error:
+            result = error
+        self.assertEqual((type(result), str(result)), (type(expected), str(expected)), repr(value))
+
+    def test_one_wrapper_per_object_while_it_lives(self):
+        other = _Orvane.SphericalHarmonic()
+        self.assertIs(self.builder.AddSH(self.sh, other), self.sh)
+        self.assertIs(self.builder.AddSH(other, self.sh), other)
+        self.assertIsNot(_Orvane.SphericalHarmonic(), other)
+        self.assertEqual(sys.getrefcount(self.builder.CopySH(other)), 1)
+
+    def test_weak_references_and_garbage(self):
+        told = []
+        sh = _Orvane.SphericalHarmonic()
+        reference = weakref.ref(sh, told.append)
+        self.assertIs(reference(), sh)
+        circle = [sh]
+        circle.append(circle)
+        del sh, circle
+        gc.collect()
+        self.assertEqual(told, [reference])
+        self.assertIs(reference(), None)
+        self.assertEqual(host.TeskReportTotals().live_objects, self.before + 2)
+
+    def test_types(self):
+        for cls in (_Orvane.SphericalHarmonic, _Orvane.SHBuilder):
+            name = cls.__name__
+            self.expect(lambda bases: type("Sub", bases, {}), (cls,), TypeError(
+                "type '_Orvane.%s' is not an acceptable base type" % name))
+            self.expect(cls, None, TypeError("%s() takes no arguments" % name))
+            self.expect(lambda value: cls(value=value), 1,
+                        TypeError("%s() takes no arguments" % name))
+            self.assertRaises(TypeError, object.__new__, cls)
+
+    def test_creation_without_memory(self):
+        host.TeskFailAllocation(OBJECTS, 1)
+        self.assertRaises(MemoryError, _Orvane.SphericalHarmonic)
+
+    def test_attributes(self):
+        out_of_range = OverflowError("Argument 0 is out of the range -2147483648 to 2147483647.")
+        mismatch = TypeError("Could not match argument 0 to expected type: int.")
+
+        def write(value):
+            self.sh.numBands = value
+            return self.sh.numBands
+
+        for value, expected in [
+                (7, 7), (2 ** 31 - 1, 2 ** 31 - 1), (-2 ** 31, -2 ** 31), (Long(3), 3), (True, 1),
+                (2 ** 31, out_of_range), (-10 ** 40, out_of_range),
+                (1.0, mismatch), ("1", mismatch), (None, mismatch)]:
+            self.expect(write, value, expected)
+        self.assertEqual(self.sh.numBands, 1)  # what failed changed nothing
+        self.assertEqual(self.sh.GetNumCoefficients(), 0)
+        self.assertRaises(TypeError, delattr, self.sh, "numBands")
+        self.assertRaises(AttributeError, setattr, self.sh, "other", 1)
+        for name in ("angleName", "numSteps", "maxBands", "maxCoefficients"):
+            self.assertRaises(AttributeError, setattr, self.builder, name, 1)
+
+    def test_floats(self):
+        mismatch = TypeError("Could not match argument 0 to expected type: float.")
+        self.sh.SetNumBands(1)
+
+        def single(value):
+            self.sh.SetCoefficient(0, value)
+            return self.sh.GetCoefficient(0)
+
+        def double(value):  # the density at 0 of a curve around 0 is 1 / (deviation sqrt(2 pi))
+            return self.builder.GetGaussDensity(value, value, 1)
+
+        peak = double(0.0)
+        for value in (1, True, 10 ** 30, -2.5, Float(2.5), OldFloat()):
+            self.expect(double, value, peak)
+        for value in ("1", u"1", None, 1j, [], OldNothing(), object(), self.sh):
+            self.expect(double, value, mismatch)
+        self.expect(double, Float(KeyError("mine")), KeyError("mine"))
+        self.expect(double, Float("text"), TypeError("nb_float should return float object"))
+        self.expect(double, 10 ** 400, OverflowError("long int too large to convert to float"))
+        for value, expected in [(0.1, 0.10000000149011612), (1e308, float("inf")), (3L, 3.0)]:
+            self.expect(single, value, expected)
+
+    def test_integers(self):
+        signed = "Argument 0 is out of the range -2147483648 to 2147483647."
+        unsigned = "Argument 0 is out of the range 0 to 4294967295."
+        mismatch = TypeError("Could not match argument 0 to expected type: int.")
+
+        def seed(value):
+            return self.builder.GenerateSphericalSamples(value, 1)
+
+        for value, expected in [
+                (-2 ** 31, None), (2 ** 31 - 1, None), (Long(5), None), (False, None),
+                (2 ** 31, OverflowError(signed)), (-2 ** 31 - 1, OverflowError(signed)),
+                (2 ** 64, OverflowError(signed)), (0.0, mismatch), ("0", mismatch),
+                (Float(0.0), mismatch), (None, mismatch), (OldFloat(), mismatch)]:
+            self.expect(self.builder.SetRandomSeed, value, expected)
+        for value, expected in [
+                (0, None), (2 ** 32 - 1, None), (-1, OverflowError(unsigned)),
+                (2 ** 32, OverflowError(unsigned)), (1.5, mismatch)]:
+            self.expect(seed, value, expected)
+
+
+class TeskRunTest(unittest.TestCase):
+    def run_script(self, text, *arguments):
+        """The script's status, output and error output."""
+        with tempfile.NamedTemporaryFile(suffix=".py") as script:
+            script.write(text)
+            script.flush()
+            runner = os.path.join(LIBRARIES, os.pardir, "bin", "tesk-run")
+            process = subprocess.Popen([runner, script.name] + list(arguments),
+                                       stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+            output, errors = process.communicate()
+            return process.returncode, output, errors
+
+    def test_status(self):
+        for text, expected in [
+                ("", 0),
+                ("import sys; sys.exit()", 0),
+                ("import sys; sys.exit(7)", 7),
+                ("import sys; sys.exit('no')", 1),
+                ("raise ValueError(1)", 1),
+                ("syntax error", 1),
+                # Cycles and what is used at exit are no leak.
+                ("import _Orvane, atexit\n"
+                 "circle = [_Orvane.SphericalHarmonic()]\n"
+                 "circle.append(circle)\n"
+                 "atexit.register(lambda: circle[0].Clean())\n", 0),
+                # A reference too many is one.
+                ("import _Orvane, ctypes\n"
+                 "ctypes.pythonapi.Py_IncRef(ctypes.py_object(_Orvane.SHBuilder()))\n", 1)]:
+            status, _, errors = self.run_script(text)
+            self.assertEqual(status, expected, text + errors)
+            self.assertIn("\ntotal: " if "import _Orvane" in text else "total: ", errors)
+
+    def test_script_surroundings(self):
+        status, output, errors = self.run_script(
+            "import sys, _Orvane; print __name__, sys.argv == [__file__, 'a', 'b']", "a", "b")
+        self.assertEqual((status, output), (0, "__main__ True\n"), errors)
+
+
+if __name__ == "__main__":
+    unittest.main()
