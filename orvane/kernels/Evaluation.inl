@@ -7,13 +7,15 @@
 //
 // Each term is (K P * factor) * c as the formula has it; K P * 1 is K P itself.
 
-struct PolarRunStarts {
-    int start[tableBands];
+/// Where band 0 of each order's run would stand in a polar row; with the band added, an entry's
+/// position.
+struct PolarRunOrigins {
+    long long origin[tableBands];
 };
-constexpr PolarRunStarts evaluationRuns = [] {
-    PolarRunStarts runs{};
+constexpr PolarRunOrigins polarRuns = [] {
+    PolarRunOrigins runs{};
     for (int m = 0; m < tableBands; ++m)
-        runs.start[m] = PolarIndex(m, m);
+        runs.origin[m] = PolarIndex(m, m) - m;
     return runs;
 }();
 
@@ -21,12 +23,17 @@ inline double EvaluatePoint(const float *coefficients, std::int32_t count, const
                             const AngleFactors &factors)
 {
     double sum = 0.0;
-    for (int l = 0, i = 0; i < count; ++l) {
-        for (int m = l; m > 0 && i < count; --m, ++i)
-            sum += coefficients[i] * (polarRow[evaluationRuns.start[m] + l - m] * factors.sine[m]);
-        for (int m = 0; m <= l && i < count; ++m, ++i)
-            sum +=
-                coefficients[i] * (polarRow[evaluationRuns.start[m] + l - m] * factors.cosine[m]);
+    const float *c = coefficients;
+    for (long long l = 0, left = count; left > 0; ++l) {
+        const double *band = polarRow + l;
+        const long long sines = left < l ? left : l;
+        for (long long m = l; m > l - sines; --m)
+            sum += *c++ * (band[polarRuns.origin[m]] * factors.sine[m]);
+        left -= sines;
+        const long long cosines = left < l + 1 ? left : l + 1;
+        for (long long m = 0; m < cosines; ++m)
+            sum += *c++ * (band[polarRuns.origin[m]] * factors.cosine[m]);
+        left -= cosines;
     }
     return sum;
 }

@@ -12,7 +12,8 @@ struct LegendreTables {
     std::int32_t numSteps;       ///< 1 and up
     const double *normalisation; ///< K(l, m) at index l*l + l + m, 900 values
     double *const *legendre;     ///< 900 arrays of numSteps: P(l, |m|, cos theta); filled
-    double *polarRows;           ///< numSteps rows as PolarTable.h lays them out; filled
+    double *polarRows;           ///< numSteps rows as PolarTable.h lays them out; filled, but
+                                 ///< their padding must be zero before
 };
 
 using LegendreKernel = void (*)(const LegendreTables &tables);

@@ -1,25 +1,38 @@
 // The Legendre tables: theta steps are the lanes, one pass per order m gives all its bands.
 //
-//   group of steps:    x = cos theta        s = sqrt((1 - x)(x + 1))
-//   order m = 0..29:   P(m, m)  ->  P(m+1, m)  ->  P(m+2, m)  ->  ...  ->  P(29, m)
-//                        |            |              |
-//                        +-> the arrays of (l, m) and (l, -m), one vector of steps each
-//                        +-> times K(l, m) into a tile, transposed into the run of m in the rows:
+// Steps are taken in chunks. For each order of a chunk, the recurrence goes down the rows of a
+// scratch block that stays in the second-level cache,
 //
-//            tile      lanes = steps             polar rows     lanes = bands
-//                  l   k  k+1  k+2 ...               step k     l  l+1  l+2 ...
-//                  l+1 k  k+1  k+2 ...     ->        step k+1   l  l+1  l+2 ...
+//                             lanes = steps k, k+1, k+2 ...
+//     row 0                   0
+//     row 1      P(m, m)      that of m - 1 times one more factor of the sine
+//     row 2      P(m+1, m)    from rows 1 and 0
+//     row 3      P(m+2, m)    from rows 2 and 1
+//     ...                     down to P(29, m)
+//
+// each row going to the two arrays of (l, m) and (l, -m); then squares of the block, times K(l, m),
+// are transposed into the run of m in the polar rows:
+//
+//     block      l     k  k+1  k+2 ...               polar row k      l  l+1  l+2 ...
+//                l+1   k  k+1  k+2 ...      ->                 k+1    l  l+1  l+2 ...
+//                l+2   k  k+1  k+2 ...                         k+2    l  l+1  l+2 ...
+//
+// The work is bound by the stores, and long sequential ones are the fastest, hence the two passes
+// and the long chunks.
 //
 // The bits are those of the recurrence run for each (l, m) on its own: to reach a large l it passes
 // through every smaller one with the same operations, and its start value for m + 1 is the one for
 // m times one more factor.
 
-constexpr int legendreBands = 30;
-constexpr int tileBands = 32;   ///< the longest run, padded
-constexpr int polarRunUnit = 8; ///< runs are padded to whole units
-constexpr int polarRowValues = 576;
-constexpr int groupVectors = ORVANE_VECTOR_BYTES == 64 ? 4 : 2; ///< as many as registers hold
-constexpr int groupSteps = groupVectors * lanes;
+constexpr int chunkSteps = 1024;
+constexpr int runUnit = 8; ///< the runs of a polar row are padded to whole units
+
+struct LegendreChunk {
+    alignas(64) double x[chunkSteps]; ///< cos theta
+    alignas(64) double sine[chunkSteps];
+    /// As drawn above. Rows a whole number of pages apart would share their cache sets.
+    alignas(64) double rows[1 + tableBands][chunkSteps + runUnit];
+};
 
 /// Stores the first `count` lanes, all of them where there are more.
 inline void StoreFirst(double *to, VecD value, int count)
@@ -32,79 +45,74 @@ inline void StoreFirst(double *to, VecD value, int count)
         to[lane] = value[lane];
 }
 
-/// Writes the run of one order into the rows of a group of steps.
-inline void StoreRun(const VecD (&tile)[groupVectors][tileBands], int length, int steps,
-                     double *run)
+/// Row of (l, m) from the two rows above it, for the first `steps` steps: into the block and the
+/// arrays.
+inline void FillLegendreRow(const LegendreTables &tables, LegendreChunk &chunk, int l, int m,
+                            int first, int steps)
 {
-    for (int g = 0; g < groupVectors; ++g)
-        for (int band = 0; band < length; band += lanes) {
-            VecD square[lanes];
-            for (int i = 0; i < lanes; ++i)
-                square[i] = tile[g][band + i];
-            Transpose(square);
-            for (int i = 0; i < lanes && g * lanes + i < steps; ++i)
-                Store(run + (g * lanes + i) * polarRowValues + band, square[i]);
+    double *row = chunk.rows[l - m + 1];
+    double *positive = tables.legendre[l * l + l + m] + first;
+    double *negative = tables.legendre[l * l + l - m] + first;
+    for (int k = 0; k < steps; k += lanes) {
+        VecD value;
+        if (l == m) {
+            value = Load(row + k);
+            if (m > 0)
+                value *= -(2.0 * m - 1.0) * Load(chunk.sine + k);
+        } else {
+            // For l = m + 1 it takes 0 from the product and divides by 1: no change.
+            const VecD above = Load(chunk.rows[l - m] + k);
+            const VecD top = Load(chunk.rows[l - m - 1] + k);
+            value = ((2.0 * l - 1.0) * Load(chunk.x + k) * above - (l + m - 1.0) * top) /
+                    static_cast<double>(l - m);
         }
+        Store(row + k, value);
+        StoreFirst(positive + k, value, steps - k);
+        if (m > 0)
+            StoreFirst(negative + k, value, steps - k);
+    }
 }
 
-/// All tables for the steps from `first` on, `steps` of them, at most a group.
-inline void FillLegendreGroup(const LegendreTables &tables, int first, int steps)
+/// The run of order m, `length` bands, into the polar rows of the first `steps` steps.
+inline void FillPolarRun(const LegendreTables &tables, const LegendreChunk &chunk, int m, int first,
+                         int steps, int runStart)
 {
-    VecD x[groupVectors];
-    VecD sine[groupVectors];
-    VecD start[groupVectors]; // P(m, m)
-    for (int g = 0; g < groupVectors; ++g)
-        for (int lane = 0; lane < lanes; ++lane) {
-            const int step = g * lanes + lane;
-            const double cosine = tables.cosines[first + (step < steps ? step : 0)];
-            x[g][lane] = cosine;
-            sine[g][lane] = __builtin_sqrt((1.0 - cosine) * (cosine + 1.0));
-            start[g][lane] = 1.0;
-        }
-
-    VecD tile[groupVectors][tileBands];
-    double *run = tables.polarRows + static_cast<long long>(first) * polarRowValues;
-    for (int m = 0; m < legendreBands; ++m) {
-        VecD value[groupVectors]; // P(l, m)
-        VecD below[groupVectors]; // P(l - 1, m)
-        for (int g = 0; g < groupVectors; ++g) {
-            if (m > 0)
-                start[g] *= -(2.0 * m - 1.0) * sine[g];
-            value[g] = start[g];
-            below[g] = VecD{};
-        }
-        for (int l = m; l < legendreBands; ++l) {
-            const double k = tables.normalisation[l * l + l + m];
-            double *positive = tables.legendre[l * l + l + m] + first;
-            double *negative = tables.legendre[l * l + l - m] + first;
-            for (int g = 0; g < groupVectors; ++g) {
-                StoreFirst(positive + g * lanes, value[g], steps - g * lanes);
-                if (m > 0)
-                    StoreFirst(negative + g * lanes, value[g], steps - g * lanes);
-                tile[g][l - m] = value[g] * k;
-
-                // The step to l = m + 1 takes 0 from its product and divides it by 1: no change.
-                const VecD next = ((2.0 * (l + 1) - 1.0) * x[g] * value[g] -
-                                   static_cast<double>(l + m) * below[g]) /
-                                  static_cast<double>(l + 1 - m);
-                below[g] = value[g];
-                value[g] = next;
+    const int length = tableBands - m;
+    double *run = tables.polarRows + static_cast<long long>(first) * polarRowLength + runStart;
+    for (int k = 0; k < steps; k += lanes, run += lanes * polarRowLength)
+        for (int band = 0; band < length; band += lanes) {
+            VecD square[lanes];
+            for (int i = 0; i < lanes; ++i) {
+                const int l = m + band + i;
+                square[i] = l < tableBands ? Load(chunk.rows[band + i + 1] + k) *
+                                                 tables.normalisation[l * l + l + m]
+                                           : VecD{};
             }
+            Transpose(square);
+            for (int i = 0; i < lanes && k + i < steps; ++i)
+                Store(run + i * polarRowLength + band, square[i]);
         }
-        const int length = legendreBands - m;
-        const int padded = (length + polarRunUnit - 1) / polarRunUnit * polarRunUnit;
-        for (int g = 0; g < groupVectors; ++g)
-            for (int band = length; band < padded; ++band)
-                tile[g][band] = VecD{};
-        StoreRun(tile, padded, steps, run);
-        run += padded;
-    }
 }
 
 inline void FillLegendreTables(const LegendreTables &tables)
 {
-    for (int first = 0; first < tables.numSteps; first += groupSteps) {
+    LegendreChunk chunk;
+    for (int first = 0; first < tables.numSteps; first += chunkSteps) {
         const int left = tables.numSteps - first;
-        FillLegendreGroup(tables, first, left < groupSteps ? left : groupSteps);
+        const int steps = left < chunkSteps ? left : chunkSteps;
+        for (int k = 0; k < chunkSteps; ++k) {
+            const double x = k < steps ? tables.cosines[first + k] : 0.0;
+            chunk.x[k] = x;
+            chunk.sine[k] = __builtin_sqrt((1.0 - x) * (x + 1.0));
+            chunk.rows[0][k] = 0.0;
+            chunk.rows[1][k] = 1.0; // P(0, 0)
+        }
+        int runStart = 0;
+        for (int m = 0; m < tableBands; ++m) {
+            for (int l = m; l < tableBands; ++l)
+                FillLegendreRow(tables, chunk, l, m, first, steps);
+            FillPolarRun(tables, chunk, m, first, steps, runStart);
+            runStart += (tableBands - m + runUnit - 1) / runUnit * runUnit;
+        }
     }
 }
