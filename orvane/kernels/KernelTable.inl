@@ -24,6 +24,7 @@ namespace {
 #include "orvane/kernels/Legendre.inl"
 #include "orvane/kernels/Projection.inl"
 #include "orvane/kernels/Render.inl"
+#include "orvane/kernels/Rotation.inl"
 } // namespace
 
 extern const Kernels ORVANE_KERNEL_TABLE;
@@ -36,6 +37,7 @@ const Kernels ORVANE_KERNEL_TABLE = {
     AddPoints<WeightedRounding>,
     AddPoints<PixelRounding>,
     Render,
+    RotateBands,
 };
 
 } // namespace orvane

@@ -10,6 +10,7 @@
 #include "orvane/kernels/Legendre.h"
 #include "orvane/kernels/Projection.h"
 #include "orvane/kernels/Render.h"
+#include "orvane/kernels/Rotation.h"
 
 namespace orvane {
 
@@ -22,6 +23,7 @@ struct Kernels {
     ProjectionKernel addWeighted;
     ProjectionKernel addPixels;
     RenderKernel render;
+    RotationKernel rotation;
 };
 
 } // namespace orvane
