@@ -13,12 +13,12 @@ PyObject *TeskCreateInstanceFromPython(const Tx::Clsid &clsid, PyObject *argumen
         PyErr_Format(PyExc_TypeError, "%s() takes no arguments", clsid.GetName());
         return nullptr;
     }
-    if (!tesk::FindClass(clsid)) {
+    TeskSmartPtr<IRoot> object;
+    if (!object.CreateInstance(clsid)) {
+        if (tesk::FindClass(clsid))
+            return PyErr_NoMemory();
         PyErr_Format(PyExc_RuntimeError, "class %s is not registered", clsid.GetName());
         return nullptr;
     }
-    TeskSmartPtr<IRoot> object;
-    if (!object.CreateInstance(clsid))
-        return PyErr_NoMemory();
     return TeskWrapObjectForPython(object.Get());
 }
