@@ -279,8 +279,8 @@ inline void PrepareColumns(const RenderState &state, std::ptrdiff_t x, int colum
 {
     RenderScratch &scratch = state.scratch;
     for (int column = 0; column < columns; ++column)
-        FillAngleFactors(state.job.angles, (x + column) * state.job.dPhi, state.orders,
-                         scratch.columnFactors[column]);
+        FillAngleFactors(state.job.angles, static_cast<double>(x + column) * state.job.dPhi,
+                         state.orders, scratch.columnFactors[column]);
     for (int at = 0; at < ordersLength; at += lanes)
         for (int column = 0; column < columns; column += lanes) {
             VecD square[lanes];

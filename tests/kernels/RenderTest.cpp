@@ -101,14 +101,14 @@ void ExpectLiteral(
 
 TEST(Render, WritesTheLiteralBytes)
 {
-    unsigned seed = 0;
+    int round = 0;
     for (const int numSteps : {1, 5, 7, 10, 100, 256, 1000, 1024})
         for (const auto &[width, height] :
              {std::pair{1, 1}, {3, 2}, {15, 31}, {64, 5}, {65, 4}, {130, 7}, {257, 3}}) {
-            const int bands = ++seed % 31 ? seed % 31 : 30;
-            const Picture picture{width, height, 1.0f + seed % 40,
-                                  static_cast<int>(seed * 37 % 256)};
-            ExpectLiteral(FixtureFor(numSteps), RandomSet(bands, seed), picture);
+            const int bands = ++round % 30 + 1;
+            const auto scale = static_cast<float>(1 + round % 40);
+            ExpectLiteral(FixtureFor(numSteps), RandomSet(bands, round),
+                          {width, height, scale, round * 37 % 256});
         }
 }
 
@@ -203,9 +203,11 @@ TEST(Render, SaturatesExtremes)
                     });
             }
     // An offset beyond the whole floats, and values just as far on the other side.
-    std::vector<float> far = RandomSet(2, 6);
-    far[0] = static_cast<float>(-1e9 / fixture.Polar(0, 0));
-    ExpectLiteral(fixture, far, {width, height, 1, 1000000100});
+    for (const int sign : {1, -1}) {
+        std::vector<float> far = RandomSet(2, 6);
+        far[0] = static_cast<float>(-sign * 1e9 / fixture.Polar(0, 0));
+        ExpectLiteral(fixture, far, {width, height, 1, sign * 1000000000 + 100});
+    }
     for (const float scale : {1e38f, -3e38f})
         ExpectLiteral(fixture, std::vector<float>(900, 1e-38f), {width, height, scale, 100});
     ExpectLiteral(fixture, std::vector<float>(900, 1e-43f), {width, height, 3e38f, 100});
