@@ -11,7 +11,7 @@
 namespace orvane {
 
 /// One draw, uniform in [0, 1]; both ends are reached.
-inline double RandomUnit(platform::RuntimeRandom &random = platform::ThreadRandom())
+inline double RandomUnit(platform::RuntimeRandom &random)
 {
     constexpr double drawScale = 1.0 / 32767.0;
     static_assert(drawScale == 3.051850947599719e-05);
@@ -39,11 +39,6 @@ inline DiskPoint RandomDiskPoint(platform::RuntimeRandom &random)
 inline double GaussDeviate(const DiskPoint &point)
 {
     return std::sqrt(std::log10(point.squaredRadius) * -2.0 / point.squaredRadius) * point.b;
-}
-
-inline double RandomGauss(platform::RuntimeRandom &random = platform::ThreadRandom())
-{
-    return GaussDeviate(RandomDiskPoint(random));
 }
 
 /// Density at `x` of the normal distribution with this mean and standard deviation, its sqrt(2 pi)

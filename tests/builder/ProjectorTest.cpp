@@ -32,7 +32,7 @@ std::vector<WeightedPoint> Points(std::size_t count, double last)
 TEST(Projector, AddsLikeThePlainLoop)
 {
     constexpr double infinity = std::numeric_limits<double>::infinity();
-    constexpr struct {
+    const struct {
         std::size_t points;
         std::int32_t coefficients;
         double last;
@@ -59,8 +59,8 @@ TEST(Projector, AddsLikeThePlainLoop)
                     coefficient = 0.1f * coefficient;
                 EXPECT_TRUE(model.Gives(
                     expected,
-                    [&] {
-                        Projector projector(*model.builder, numCoefficients, rounding);
+                    [&, count = numCoefficients] {
+                        Projector projector(*model.builder, count, rounding);
                         for (const auto &[theta, phi, value] : points)
                             projector.Add(orvane::PolarStep(*model.builder, theta), phi, value);
                         projector.Store(0.1f, 77, *model.set);
