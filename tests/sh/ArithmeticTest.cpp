@@ -1,0 +1,128 @@
+#include "orvane/sh/Arithmetic.h"
+
+#include "orvane/sh/SphericalHarmonic.h"
+#include "tests/model/LiteralArithmetic.h"
+#include "tests/native/MakeObject.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <random>
+
+namespace {
+
+literal::Set Random(int bands, int count, unsigned seed)
+{
+    std::mt19937 random(seed);
+    std::normal_distribution<float> normal;
+    literal::Set set{bands, std::vector<float>(count)};
+    for (float &coefficient : set.coefficients)
+        coefficient = normal(random);
+    return set;
+}
+
+std::shared_ptr<SphericalHarmonic> Make(const literal::Set &set)
+{
+    const auto sh = MakeObject<SphericalHarmonic>();
+    sh->coefficients.resize(set.coefficients.size());
+    std::copy(set.coefficients.begin(), set.coefficients.end(), sh->coefficients.begin());
+    sh->numBands = set.numBands;
+    return sh;
+}
+
+void ExpectSame(const SphericalHarmonic &sh, const literal::Set &set)
+{
+    EXPECT_EQ(sh.numBands, set.numBands);
+    EXPECT_EQ(std::vector<float>(sh.coefficients.begin(), sh.coefficients.end()), set.coefficients);
+}
+
+struct Operation {
+    const char *name;
+    std::function<void(SphericalHarmonic &, SphericalHarmonic &, SphericalHarmonic &)> shipped;
+    std::function<void(literal::Set &, literal::Set &, literal::Set &)> literal;
+};
+
+const float k = 0.3f;
+
+/// On a target and two operands, of which most use one.
+const Operation operations[] = {
+    {"Add", [](auto &t, auto &a, auto &) { t.Add(a); },
+     [](auto &t, auto &a, auto &) { literal::Add(t, a); }},
+    {"AddScaled", [](auto &t, auto &a, auto &) { t.AddScaled(a, k); },
+     [](auto &t, auto &a, auto &) { literal::AddScaled(t, a, k); }},
+    {"Subtract", [](auto &t, auto &a, auto &) { t.Subtract(a); },
+     [](auto &t, auto &a, auto &) { literal::Subtract(t, a); }},
+    {"SubtractScaled", [](auto &t, auto &a, auto &) { t.SubtractScaled(a, k); },
+     [](auto &t, auto &a, auto &) { literal::SubtractScaled(t, a, k); }},
+    {"Scale", [](auto &t, auto &, auto &) { t.Scale(k); },
+     [](auto &t, auto &, auto &) { literal::Scale(t, k); }},
+    {"CopyScaleAndSubtract", [](auto &t, auto &a, auto &b) { t.CopyScaleAndSubtract(a, 0.7, b); },
+     [](auto &t, auto &a, auto &b) { literal::CopyScaleAndSubtract(t, a, 0.7, b); }},
+    {"Lerp", [](auto &t, auto &a, auto &b) { t.Lerp(a, b, 1.3); },
+     [](auto &t, auto &a, auto &b) { literal::Lerp(t, a, b, 1.3); }},
+};
+
+TEST(Arithmetic, GivesTheLiteralBitsForEverySizeAndAlias)
+{
+    struct Sizes {
+        int bands, count;
+    };
+    // Square sets, and sets whose band count was written on its own.
+    const Sizes sizes[] = {{0, 0}, {1, 1}, {2, 4}, {3, 9}, {30, 900}, {5, 9}, {1, 9}, {-2, 9}};
+    for (const Operation &operation : operations)
+        for (const Sizes &t : sizes)
+            for (const Sizes &a : sizes)
+                for (const Sizes &b : sizes)
+                    for (int alias = 0; alias < 5; ++alias) {
+                        // Which of the three sets each operand is.
+                        const int roles[5][2] = {{1, 2}, {0, 2}, {1, 0}, {0, 0}, {1, 1}};
+                        literal::Set literals[] = {Random(t.bands, t.count, 1),
+                                                   Random(a.bands, a.count, 2),
+                                                   Random(b.bands, b.count, 3)};
+                        const std::shared_ptr<SphericalHarmonic> sets[] = {
+                            Make(literals[0]), Make(literals[1]), Make(literals[2])};
+                        const auto [first, second] = roles[alias];
+                        operation.shipped(*sets[0], *sets[first], *sets[second]);
+                        operation.literal(literals[0], literals[first], literals[second]);
+                        SCOPED_TRACE(operation.name);
+                        for (int i = 0; i < 3; ++i)
+                            ExpectSame(*sets[i], literals[i]);
+                    }
+}
+
+TEST(Arithmetic, BlendsAndCombinesByHand)
+{
+    const literal::Set values{1, {0.5f}};
+    const auto t = Make({3, std::vector<float>(9, 7.0f)});
+    t->Lerp(*Make({1, {2.0f}}), *Make({1, {4.0f}}), 0.25);
+    ExpectSame(*t, {1, {2.5f}});
+    t->CopyScaleAndSubtract(*Make({2, {1, 2, 3, 4}}), 2.0, *Make({2, {1, 1, 1, 1}}));
+    ExpectSame(*t, {2, {1, 3, 5, 7}});
+    t->Add(*t);
+    ExpectSame(*t, {2, {2, 6, 10, 14}});
+    t->SubtractScaled(*Make(values), -2.0f);
+    ExpectSame(*t, {2, {3, 6, 10, 14}});
+    t->Scale(0.0f);
+    ExpectSame(*t, {2, {0, 0, 0, 0}});
+}
+
+TEST(Arithmetic, RefusesABandCountWhoseSquareIsNegative)
+{
+    const auto target = Make(Random(2, 4, 1));
+    const auto operand = Make(Random(46341, 4, 2));
+    EXPECT_THROW(target->Lerp(*operand, *operand, 0.5), std::invalid_argument);
+    ExpectSame(*target, Random(2, 4, 1));
+}
+
+TEST(Arithmetic, CopiesCountAndBandsAsTheyAre)
+{
+    for (const literal::Set &set : {Random(0, 0, 1), Random(3, 9, 2), Random(-7, 4, 3)}) {
+        const auto copy = Make(Random(2, 4, 4));
+        const auto original = Make(set);
+        orvane::CopySH(*original, *copy);
+        original->Scale(2.0f);
+        ExpectSame(*copy, set);
+    }
+}
+
+} // namespace

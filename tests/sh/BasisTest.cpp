@@ -1,0 +1,122 @@
+#include "orvane/sh/Basis.h"
+
+#include "orvane/sh/Constants.h"
+#include "tests/model/LiteralModel.h"
+
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cmath>
+#include <cstring>
+#include <random>
+
+using namespace orvane;
+
+namespace {
+
+TEST(Basis, NormalisesEveryFunction)
+{
+    const auto &table = NormalisationTable();
+    const std::pair<int, double> telling[] = {{0, 0.28209479177387814},   {1, 0.48860251190292},
+                                              {2, 0.4886025119029199},    {3, 0.48860251190292},
+                                              {4, 0.18209140509867985},   {6, 0.6307831305050401},
+                                              {899, 1.99871226711031e-39}};
+    for (const auto &[index, value] : telling)
+        EXPECT_EQ(table[index], value) << index;
+    for (int l = 0; l < tableBands; ++l)
+        for (int m = -l; m <= l; ++m) {
+            EXPECT_EQ(table[CoefficientIndex(l, m)],
+                      literal::NormalisationTable()[CoefficientIndex(l, m)]);
+            if (LDBL_MANT_DIG < 64)
+                continue;
+            // The quotient of the factorials as a product in extended precision.
+            long double k = (2 * l + 1) / (4 * std::acos(-1.0L)) * (m ? 2 : 1);
+            for (int factor = l - std::abs(m) + 1; factor <= l + std::abs(m); ++factor)
+                k /= factor;
+            EXPECT_NEAR(table[CoefficientIndex(l, m)] / std::sqrt(k), 1.0L, 2 * DBL_EPSILON);
+        }
+}
+
+TEST(Basis, LegendreFunctionsAgreeWithTheStandardLibrary)
+{
+    EXPECT_EQ(LegendreP(0, 0, 0.3), 1.0);
+    EXPECT_EQ(LegendreP(1, 1, 0.3), -std::sqrt((1 - 0.3) * (0.3 + 1)));
+    EXPECT_EQ(LegendreP(2, 3, 0.3), 0.0);
+    for (const double x : {-1.0, -0.9, -0.3, 0.0, 0.4, 0.99, 1.0})
+        for (int l = 0; l < tableBands; ++l)
+            for (int m = 0; m <= l; ++m) {
+                const double sign = m % 2 ? -1 : 1; // the standard library leaves it out
+                const double scale = NormalisationTable()[CoefficientIndex(l, m)];
+                EXPECT_NEAR(LegendreP(l, m, x) * scale, sign * std::assoc_legendre(l, m, x) * scale,
+                            1e-12)
+                    << l << " " << m << " " << x;
+            }
+}
+
+std::uint64_t Bits(double value)
+{
+    std::uint64_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+
+TEST(Basis, FoldsAnglesAsSubtractingTurnsDoes)
+{
+    std::vector<double> angles = {0.0, -0.0, 1e-300, -1e-300, 7.0, -0.5, 5e-324, -5e-324};
+    for (int turns = 1; turns <= 40; ++turns)
+        for (const double angle : {turns * TWO_PI_F, -turns * TWO_PI_F}) {
+            angles.push_back(angle);
+            angles.push_back(std::nextafter(angle, 1e300));
+            angles.push_back(std::nextafter(angle, -1e300));
+        }
+    std::mt19937_64 random(1);
+    for (const double limit : {10.0, 1e3, 1e5})
+        for (int i = 0; i < 2000; ++i)
+            angles.push_back(std::uniform_real_distribution<double>(-limit, limit)(random));
+    for (const double angle : angles)
+        EXPECT_EQ(Bits(WrapAngle(angle)), Bits(literal::WrapAngle(angle))) << angle;
+    EXPECT_EQ(WrapAngle(TWO_PI_F), TWO_PI_F);
+    EXPECT_EQ(WrapAngle(-0.5), -0.5 + TWO_PI_F);
+    EXPECT_EQ(WrapAngle(7.0), 7.0 - TWO_PI_F);
+}
+
+// From 2^32 on an angle is a whole number of 2^-21, of which a turn has 13176795: the remainder is
+// one of integers.
+TEST(Basis, FoldsLargeAnglesExactly)
+{
+    constexpr std::uint64_t turn = 13176795;
+    ASSERT_EQ(std::ldexp(turn, -21), TWO_PI_F);
+    std::mt19937_64 random(2);
+    for (int exponent = 32; exponent < 1024; exponent += 7) {
+        const double angle = std::ldexp(1.0 + (random() >> 12) * 0x1p-52, exponent);
+        std::uint64_t units = static_cast<std::uint64_t>(std::ldexp(angle, 52 - exponent)) % turn;
+        for (int bit = 0; bit < exponent - 52 + 21; ++bit)
+            units = units * 2 % turn;
+        if (exponent - 52 + 21 < 0)
+            units = static_cast<std::uint64_t>(std::ldexp(angle, 21)) % turn;
+        EXPECT_EQ(WrapAngle(angle), std::ldexp(units ? units : turn, -21)) << angle;
+        EXPECT_EQ(WrapAngle(-angle), units ? TWO_PI_F - std::ldexp(units, -21) : 0.0) << angle;
+    }
+}
+
+TEST(Basis, TruncationSaturatesAndSquaresWrap)
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    const std::pair<double, std::int32_t> cases[] = {{1.99, 1},
+                                                     {-1.99, -1},
+                                                     {2147483647.5, INT32_MAX},
+                                                     {3e9, INT32_MAX},
+                                                     {-3e9, INT32_MIN},
+                                                     {infinity, INT32_MAX},
+                                                     {-infinity, INT32_MIN},
+                                                     {NAN, 0},
+                                                     {-2147483647.5, -2147483647}};
+    for (const auto &[value, truncated] : cases)
+        EXPECT_EQ(TruncateToInt32(value), truncated) << value;
+    EXPECT_EQ(CoefficientCount(-3), 9);
+    EXPECT_EQ(CoefficientCount(46340), 2147395600);
+    EXPECT_EQ(CoefficientCount(65536), 0);
+    EXPECT_LT(CoefficientCount(46341), 0);
+}
+
+} // namespace

@@ -1,0 +1,70 @@
+#include "orvane/sh/SphericalHarmonic.h"
+
+#include "tests/native/MakeObject.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::vector<float> Values(const SphericalHarmonic &sh)
+{
+    return {sh.coefficients.begin(), sh.coefficients.end()};
+}
+
+TEST(SphericalHarmonic, KeepsTheLowerCoefficientsWhenResized)
+{
+    const auto sh = MakeObject<SphericalHarmonic>();
+    EXPECT_EQ(sh->numBands, 0);
+    EXPECT_EQ(sh->GetNumCoefficients(), 0);
+    sh->SetNumBands(3);
+    EXPECT_EQ(Values(*sh), std::vector<float>(9));
+    for (int k = 0; k < 9; ++k)
+        sh->SetCoefficient(k, k + 1.0f);
+    sh->SetNumBands(2);
+    EXPECT_EQ(Values(*sh), (std::vector<float>{1, 2, 3, 4}));
+    sh->SetNumBands(3);
+    EXPECT_EQ(Values(*sh), (std::vector<float>{1, 2, 3, 4, 0, 0, 0, 0, 0}));
+    sh->numBands = 7; // the field alone
+    sh->Clean();
+    EXPECT_EQ(Values(*sh), std::vector<float>(9));
+    EXPECT_EQ(sh->numBands, 7);
+    sh->ResizeToBands(-2);
+    EXPECT_EQ(sh->numBands, -2);
+    EXPECT_EQ(sh->GetNumCoefficients(), 4);
+}
+
+TEST(SphericalHarmonic, RefusesWhatIsOutOfRangeAndStaysAsItWas)
+{
+    const auto sh = MakeObject<SphericalHarmonic>();
+    EXPECT_THROW(sh->GetCoefficient(0), std::out_of_range);
+    sh->SetNumBands(2);
+    for (const int index : {-1, 4, INT32_MIN, INT32_MAX}) {
+        EXPECT_THROW(sh->GetCoefficient(index), std::out_of_range);
+        EXPECT_THROW(sh->SetCoefficient(index, 1.0f), std::out_of_range);
+    }
+    for (const int bands : {-1, 46341, INT32_MIN, INT32_MAX})
+        EXPECT_THROW(sh->SetNumBands(bands), std::invalid_argument);
+    EXPECT_THROW(sh->ResizeToBands(46341), std::invalid_argument);
+    EXPECT_EQ(sh->numBands, 2);
+    EXPECT_EQ(Values(*sh), std::vector<float>(4));
+}
+
+TEST(SphericalHarmonic, ReadersSeeChangesUntilTheSetIsResized)
+{
+    const auto sh = MakeObject<SphericalHarmonic>();
+    EXPECT_EQ(sh->coefficients.Share(), nullptr);
+    sh->SetNumBands(2);
+    const auto view = sh->coefficients.Share();
+    sh->SetCoefficient(0, 2.0f);
+    EXPECT_EQ((*view)[0], 2.0f);
+    sh->SetNumBands(2);
+    sh->SetCoefficient(1, 3.0f);
+    EXPECT_EQ((*view)[1], 3.0f);
+    for (const int bands : {3, 1, 0}) {
+        sh->SetNumBands(bands);
+        sh->Clean();
+        EXPECT_EQ(*view, (std::vector<float>{2, 3, 0, 0})) << bands;
+    }
+}
+
+} // namespace
