@@ -5,14 +5,7 @@
 #include "orvane/module/TupleEntry.h"
 #include "orvane/sh/Arithmetic.h"
 #include "orvane/sh/CoefficientBuffer.h"
-#if __has_include("orvane/sh/Rotation.h")
 #include "orvane/sh/Rotation.h"
-#else
-namespace orvane {
-void RotateZ(const SphericalHarmonic &in, double angle, SphericalHarmonic &out);
-void RotateSH(const SphericalHarmonic &in, const double matrix[3][3], SphericalHarmonic &out);
-} // namespace orvane
-#endif
 
 namespace orvane::binding {
 
