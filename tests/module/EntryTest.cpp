@@ -1,0 +1,139 @@
+// Entry functions called as no script can call them.
+
+#include "orvane/builder/SHBuilder.h"
+#include "orvane/module/PythonErrors.h"
+#include "orvane/sh/Errors.h"
+#include "teskexposure/include/TeskRecords"
+#include "tests/module/Interpreter.h"
+
+#include <functional>
+#include <new>
+#include <stdexcept>
+#include <vector>
+
+namespace {
+
+/// A new object of a class of the module.
+PyObject *New(const char *className)
+{
+    const Reference module(PyImport_ImportModule("_Orvane"));
+    const Reference type(PyObject_GetAttrString(module.Get(), className));
+    return PyObject_CallObject(type.Get(), nullptr);
+}
+
+/// The entry function behind a method.
+PyCFunction Entry(ClassDescriptor *descriptor, const std::string &name)
+{
+    const PyMethodDef *method = descriptor->methods;
+    while (method->ml_name != name)
+        ++method;
+    return method->ml_meth;
+}
+
+TEST(Entry, MissingTupleHasNoArguments)
+{
+    ClassDescriptor *const descriptor = SphericalHarmonic::StaticClassDescriptor();
+    const Reference set(New("SphericalHarmonic"));
+    const Reference cleaned(Entry(descriptor, "Clean")(set.Get(), nullptr));
+    EXPECT_EQ(cleaned.Get(), Py_None);
+    EXPECT_EQ(Entry(descriptor, "SetNumBands")(set.Get(), nullptr), nullptr);
+    EXPECT_EQ(TakeError(), "TypeError: Function expects 1 argument.");
+    EXPECT_EQ(Entry(descriptor, "SetCoefficient")(set.Get(), nullptr), nullptr);
+    EXPECT_EQ(TakeError(), "TypeError: Function expects 2 arguments.");
+}
+
+TEST(Entry, RefusesAForeignSelf)
+{
+    const Reference set(New("SphericalHarmonic")), builder(New("SHBuilder")), none(PyTuple_New(0));
+    for (ClassDescriptor *descriptor :
+         {SphericalHarmonic::StaticClassDescriptor(), SHBuilder::StaticClassDescriptor()}) {
+        const bool isSet = descriptor == SphericalHarmonic::StaticClassDescriptor();
+        const std::string name = descriptor->clsid->GetName();
+        for (PyObject *self : {Py_None, none.Get(), isSet ? builder.Get() : set.Get()})
+            for (const PyMethodDef *method = descriptor->methods; method->ml_name; ++method) {
+                EXPECT_EQ(method->ml_meth(self, none.Get()), nullptr) << method->ml_name;
+                EXPECT_EQ(TakeError(),
+                          "TypeError: Could not match self to expected type: class " + name + ".");
+            }
+    }
+}
+
+Py_ssize_t reportedLength;
+
+Py_ssize_t ReportLength(PyObject *, Py_ssize_t, void **data)
+{
+    *data = nullptr;
+    return reportedLength;
+}
+
+TEST(Entry, NegativeLengthsOfBuffersMatchNoSize)
+{
+    // Python remembers types for ever.
+    static PyBufferProcs procedures{};
+    procedures.bf_getreadbuffer = &ReportLength;
+    static PyTypeObject type{};
+    Py_REFCNT(&type) = 1;
+    type.tp_name = "Liar";
+    type.tp_basicsize = sizeof(PyObject);
+    type.tp_flags = Py_TPFLAGS_DEFAULT;
+    type.tp_as_buffer = &procedures;
+    ASSERT_EQ(PyType_Ready(&type), 0);
+    PyObject liar{};
+    Py_REFCNT(&liar) = 1;
+    Py_TYPE(&liar) = &type;
+
+    const struct {
+        const char *method;
+        Py_ssize_t length;
+        Reference arguments;
+        const char *error;
+    } cases[] = {
+        {"CreateSHFromBuffer", -1, Reference(Py_BuildValue("(Oi)", &liar, 0)),
+         "TypeError: The buffer of -1 bytes doesn't match a float array for 0 band SH (0*0*4)"},
+        {"ExtendSHFromBuffer", -20,
+         Reference(Py_BuildValue("(NOii)", New("SphericalHarmonic"), &liar, 3, 2)),
+         "TypeError: The buffer of -20 bytes doesn't match a float array extending SH from 3 band "
+         "SH to 2 bands (-5*4)"},
+        {"CreateSHFromImageBuffer", -8, Reference(Py_BuildValue("(iiiO)", -4, 2, 1, &liar)),
+         "TypeError: The buffer of -8 bytes doesn't match a image byte array with width -4 and "
+         "height 2"},
+    };
+    const Reference builder(New("SHBuilder"));
+    for (const auto &test : cases) {
+        reportedLength = test.length;
+        const PyCFunction entry = Entry(SHBuilder::StaticClassDescriptor(), test.method);
+        EXPECT_EQ(entry(builder.Get(), test.arguments.Get()), nullptr);
+        EXPECT_EQ(TakeError(), test.error);
+    }
+}
+
+TEST(PythonErrors, StandForCppExceptions)
+{
+    using namespace orvane;
+    const struct {
+        std::function<void()> thrower;
+        const char *error;
+    } cases[] = {
+        {[] { throw std::out_of_range("index"); }, "IndexError: index"},
+        {[] { throw std::invalid_argument("100%s"); }, "ValueError: 100%s"},
+        {[] { throw NotReady("tables"); }, "RuntimeError: tables"},
+        {[] { throw MissingSet(2); },
+         "TypeError: Could not match argument 2 to expected type: class SphericalHarmonic."},
+        {[] { throw std::bad_alloc(); }, "MemoryError: "},
+        {[] { throw std::length_error("too long"); }, "MemoryError: "},
+        {[] { throw std::range_error("other"); }, "RuntimeError: other"},
+        {[] { throw 5; }, "SystemError: unknown C++ exception"},
+        {[] { binding::RaiseTypeError("%d of %zd", 3, Py_ssize_t{1} << 40); },
+         "TypeError: 3 of 1099511627776"},
+    };
+    for (const auto &test : cases) {
+        PyObject *const result = binding::Guarded([&]() -> PyObject * {
+            test.thrower();
+            return Py_None;
+        });
+        EXPECT_EQ(result, nullptr);
+        EXPECT_EQ(TakeError(), test.error);
+    }
+}
+
+} // namespace

@@ -1,0 +1,150 @@
+"""How arguments come in and results go out: counts, types, messages, for every method."""
+
+import unittest
+
+import _Orvane
+
+from support import METHODS, OrvaneTest, World
+
+NO_MATCH = "Could not match argument %i to expected type: %s."
+
+
+class OldStyle:
+    """An instance of an old-style class has the slots of everything and offers nothing."""
+
+
+# Objects that the type of an argument refuses, and the words of the refusal; None for Python's own.
+SETS = [5, 1.5, "x", (), object(), OldStyle(), _Orvane.SphericalHarmonic]
+NOT_INT = [1.5, "x", None, [], object(), OldStyle()]
+NOT_FLOAT = ["x", None, [], object(), OldStyle(), 1j]
+REFUSED = {
+    ("thunk", "SH"): (SETS, lambda i: NO_MATCH % (i, "class SphericalHarmonic")),
+    ("thunk", "int"): (NOT_INT, lambda i: NO_MATCH % (i, "int")),
+    ("thunk", "float"): (NOT_FLOAT, lambda i: NO_MATCH % (i, "float")),
+    ("tuple", "set"): (SETS + [None], lambda i: NO_MATCH % (i, "class SphericalHarmonic")),
+    ("tuple", "buffer"): ([5, 1.5, None, [], object(), OldStyle(), u"x".isdigit],
+                          lambda i: "data isn't a buffer"),
+    ("tuple", "matrix"): ([5, None, "abcd", [()] * 4, OldStyle()],
+                          lambda i: "Second argument must be a tuple"),
+    ("tuple", "i"): (["x", None, [], object(), 1.5], lambda i: None),
+    ("tuple", "f"): (["x", None, [], object()], lambda i: None),
+    ("tuple", "d"): (["x", None, [], object()], lambda i: None),
+}
+
+
+def kinds(method):
+    """The arguments' types as REFUSED names them."""
+    kinds = list(method.arguments)
+    for i, kind in enumerate(kinds):
+        if kind == "O":
+            objects = {"CreateSHFromBuffer": ["buffer"], "CreateSHFromImageBuffer": [0] * 3 + ["buffer"],
+                       "ExtendSHFromBuffer": ["set", "buffer"], "RotateSH": ["set", "matrix"]}
+            kinds[i] = objects.get(method.name, ["set"])[i]
+    return kinds
+
+
+class MarshallingTest(OrvaneTest):
+    def setUp(self):
+        OrvaneTest.setUp(self)
+        self.world = World()
+        self.addCleanup(self.__dict__.pop, "world")
+
+    def test_argument_counts(self):
+        before = self.world.snapshot()
+        for method in METHODS:
+            call, legal = self.world.bound(method), self.world.calls[method.name]
+            self.assertEqual(len(legal), len(method.arguments))
+            if method.style == "direct":
+                self.assertEqual(str(call("any", None, 3)), str(call()))
+                continue
+            n = len(legal)
+            few, many = "Function expects %i arguments." % n, (
+                "Function expects %i arguments (0 optional)." % n)
+            if n == 1:
+                few, many = "Function expects 1 argument.", (
+                    "Function expects 1 argument (0 optional).")
+            if method.style == "tuple":
+                few = many = None
+            if n > 0:
+                self.assert_raises(TypeError, few, call, *legal[:-1])
+                self.assert_raises(TypeError, few, call)
+            self.assert_raises(TypeError, many, call, *legal + [None])
+            self.assert_raises(TypeError, None, lambda: call(*legal, key=1))
+        self.assertEqual(self.world.snapshot(), before)
+
+    def test_argument_types(self):
+        before = self.world.snapshot()
+        refused = 0
+        for method in METHODS:
+            call, legal = self.world.bound(method), self.world.calls[method.name]
+            for i, kind in enumerate(kinds(method)):
+                objects, text = REFUSED[method.style, kind]
+                for wrong in objects + [self.world.builder]:
+                    self.assert_raises(TypeError, text(i), call,
+                                       *legal[:i] + [wrong] + legal[i + 1:])
+                    refused += 1
+        self.assertGreater(refused, 500)
+        self.assertEqual(self.world.snapshot(), before)
+
+    def test_first_wrong_argument_is_reported(self):
+        b, sh = self.world.builder, self.world.set
+        self.assert_raises(TypeError, NO_MATCH % (0, "class SphericalHarmonic"), b.AddSH, 5, "x")
+        self.assert_raises(TypeError, NO_MATCH % (1, "class SphericalHarmonic"), b.AddSH, None, 5)
+        self.assert_raises(TypeError, NO_MATCH % (0, "class SphericalHarmonic"),
+                           b.RotateSH, None, None)
+        self.assert_raises(TypeError, None, b.RotateZ, None, "x")  # the parser comes first
+        self.assert_raises(TypeError, "data isn't a buffer", b.ExtendSHFromBuffer, sh, 5, 9, 9)
+
+    def test_none_as_operand_is_refused_by_the_operation(self):
+        before = self.world.snapshot()
+        for method in METHODS:
+            legal = self.world.calls[method.name]
+            for i, kind in enumerate(method.arguments):
+                if kind == "SH":
+                    self.assert_raises(TypeError, NO_MATCH % (i, "class SphericalHarmonic"),
+                                       self.world.bound(method), *legal[:i] + [None] + legal[i + 1:])
+        self.assertEqual(self.world.snapshot(), before)
+
+    def test_ranges_of_integers(self):
+        before = self.world.snapshot()
+        for method in METHODS:
+            call, legal = self.world.bound(method), self.world.calls[method.name]
+            for i, kind in enumerate(method.arguments):
+                if kind in ("int", "i"):
+                    for wrong in 2 ** 32, -2 ** 31 - 1, 2 ** 64, -10 ** 30:
+                        self.assert_raises(OverflowError, None, call,
+                                           *legal[:i] + [wrong] + legal[i + 1:])
+        self.assertEqual(self.world.snapshot(), before)
+        self.world.builder.GenerateSphericalSamples(2 ** 32 - 1, 2)  # the one unsigned argument
+        self.assert_raises(OverflowError, None, self.world.builder.SetRandomSeed, 2 ** 31)
+
+    def test_results(self):
+        for method in METHODS:
+            result = self.world.bound(method)(*self.world.calls[method.name])
+            expected = {"None": type(None), "int": int, "float": float, "buffer": buffer,
+                        "SH": _Orvane.SphericalHarmonic}[method.result]
+            self.assertIs(type(result), expected, method.name)
+            if method.style == "thunk" and method.result == "SH":
+                self.assertIs(result, self.world.set, method.name)
+            elif method.result == "SH":
+                self.assertIsNot(result, self.world.set, method.name)
+
+    def test_foreign_self_is_refused(self):
+        for method in METHODS:
+            unbound = getattr(getattr(_Orvane, method.owner), method.name)
+            foreign = (self.world.builder if method.owner == "SphericalHarmonic"
+                       else self.world.set)
+            for wrong in foreign, None, 5, OldStyle():
+                self.assert_raises(TypeError, None, unbound, wrong,
+                                   *self.world.calls[method.name])
+
+    def test_numbers_of_every_kind(self):
+        sh = self.world.set
+        for one in 1, 1L, True, 1.0, type("Float", (float,), {})(1.0):
+            sh.SetCoefficient(0, one)
+            self.assertEqual(sh.GetCoefficient(0), 1.0)
+        self.assertEqual(sh.GetCoefficient(3L), sh.GetCoefficient(3))
+
+
+if __name__ == "__main__":
+    unittest.main()
