@@ -19,7 +19,8 @@ constexpr InstructionSet instructionSets[] = {InstructionSet::Avx512, Instructio
                                               InstructionSet::Baseline};
 
 constexpr int repetitions = 5;
-constexpr double seconds = 0.04; ///< at the least, of each repetition
+constexpr int literalRepetitions = 3; ///< which may take seconds each
+constexpr double seconds = 0.04;      ///< at the least, of each repetition
 
 double Median(std::vector<double> values)
 {
@@ -54,10 +55,8 @@ public:
 /// Pieces of work that are measured together, their repetitions in random order.
 class Round {
 public:
-    void Add(const std::string &name, std::function<void()> work)
+    void Add(const std::string &name, std::function<void()> work, int repetitions)
     {
-        if (!work)
-            return;
         benchmark::RegisterBenchmark(name.c_str(),
                                      [work](benchmark::State &state) {
                                          for (auto _ : state)
@@ -93,11 +92,13 @@ struct JobRow {
     {
         const Job job = make();
         Round round;
-        round.Add("literal", job.literal);
-        round.Add("floor", job.floor);
+        round.Add("literal", job.literal, literalRepetitions);
+        if (job.floor)
+            round.Add("floor", job.floor, repetitions);
         for (const InstructionSet set : instructionSets)
             if (orvane::IsSupported(set))
-                round.Add(orvane::Name(set), [&, set] { job.shipped(set); });
+                round.Add(
+                    orvane::Name(set), [&, set] { job.shipped(set); }, repetitions);
         const std::map<std::string, double> times = round.Run();
 
         literal.Add(times.at("literal"));
@@ -129,7 +130,7 @@ struct ScalingRow {
         const Scaling scaling = make();
         Round round;
         for (std::size_t i = 0; i < scaling.sizes.size(); ++i)
-            round.Add(std::to_string(i), scaling.sizes[i].run);
+            round.Add(std::to_string(i), scaling.sizes[i].run, repetitions);
         const std::map<std::string, double> times = round.Run();
         perUnit.resize(scaling.sizes.size());
         units.clear();

@@ -54,8 +54,10 @@ int main(int argumentCount, char **arguments)
     }
 
     bench::AddProjectionJobs();
+    bench::AddSamplingJobs();
     bench::AddRenderJobs();
     bench::AddTableJobs();
+    bench::AddRotationJobs();
 
     std::printf("Processor: %s, widest instruction set in use: %s. Compiler: %s. One thread; "
                 "medians.\n\n",

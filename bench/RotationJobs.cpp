@@ -1,0 +1,64 @@
+// Rotation by a matrix.
+
+#include "bench/Harness.h"
+#include "bench/Jobs.h"
+#include "bench/Objects.h"
+#include "orvane/sh/Rotation.h"
+#include "tests/model/LiteralRotation.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <string>
+
+namespace bench {
+
+namespace {
+
+Job RotateSH(int bands)
+{
+    struct Data {
+        explicit Data(int bands)
+            : in(MakeSet(bands)), coefficients(in->coefficients.begin(), in->coefficients.end())
+        {
+        }
+
+        // Three turns, about z, y and z again.
+        double a = 0.4;
+        double b = 1.1;
+        double c = -2.3;
+        double matrix[3][3] = {
+            {std::cos(a) * std::cos(b) * std::cos(c) - std::sin(a) * std::sin(c),
+             -std::cos(a) * std::cos(b) * std::sin(c) - std::sin(a) * std::cos(c),
+             std::cos(a) * std::sin(b)},
+            {std::sin(a) * std::cos(b) * std::cos(c) + std::cos(a) * std::sin(c),
+             -std::sin(a) * std::cos(b) * std::sin(c) + std::cos(a) * std::cos(c),
+             std::sin(a) * std::sin(b)},
+            {-std::sin(b) * std::cos(c), std::sin(b) * std::sin(c), std::cos(b)}};
+        std::shared_ptr<SphericalHarmonic> in;
+        std::shared_ptr<SphericalHarmonic> out = MakeObject<SphericalHarmonic>();
+        std::vector<float> coefficients;
+    };
+    const auto data = std::make_shared<Data>(bands);
+    Job job;
+    job.literal = [=] {
+        benchmark::DoNotOptimize(literal::RotateSH(data->coefficients, data->matrix));
+    };
+    job.shipped = [=](orvane::InstructionSet set) {
+        orvane::RotateSH(*data->in, data->matrix, *data->out, orvane::KernelsFor(set));
+    };
+    return job;
+}
+
+} // namespace
+
+void AddRotationJobs()
+{
+    const Aims aims[] = {{35.0, 20.0, 10.0}, {400.0, 20.0, 10.0}, {2500.0, 20.0, 10.0}};
+    const int bands[] = {30, 10, 4};
+    for (int i = 0; i < 3; ++i)
+        AddJob("`RotateSH`, " + std::to_string(bands[i]) + " bands", aims[i],
+               [=] { return RotateSH(bands[i]); });
+}
+
+} // namespace bench
