@@ -5,8 +5,8 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
-# The Windows calling convention aligns the stack to 16 bytes and GCC does not realign it for wider
-# vectors, yet emits aligned moves for them; the assembler turns those into unaligned ones.
+# Windows aligns the stack to 16 bytes and GCC does not realign it for wider vectors, yet moves them
+# with aligned instructions unless patched, as Debian's is; the assembler makes those unaligned.
 set(CMAKE_CXX_FLAGS_INIT "-Wa,-muse-unaligned-vector-move")
 
 # One file each: no search for the compiler's own libraries when a program or module is loaded.
