@@ -94,8 +94,8 @@ TEST(Projection, OfABlobKeepsEverySampleThatCounts)
              {std::pair{0.0f, 0.0f}, {1.0f, 2.0f}, {3.1415927f, 1.0f}, {-700.0f, 1e8f}}) {
             auto samples = LiteralSamples(3, 16);
             for (const double rim : {latitude + 5.0 * stdDev, latitude - 5.0 * stdDev})
-                for (double theta = rim - 2e-6; theta < rim + 2e-6; theta += 3.7e-7)
-                    if (theta >= 0.0 && theta <= pi)
+                for (int i = -5; i <= 5; ++i)
+                    if (const double theta = rim + i * 3.7e-7; theta >= 0.0 && theta <= pi)
                         samples.push_back({theta, longitude});
             model.UseSamples(samples);
             compare(stdDev, latitude, longitude);
@@ -103,9 +103,14 @@ TEST(Projection, OfABlobKeepsEverySampleThatCounts)
     compare(0.2f, std::nanf(""), 1.0f);
     for (const bool antipode : {false, true}) {
         notNumbers = 0;
-        for (float latitude = 0.04f; latitude < 1.57f; latitude += 0.03f) {
-            model.UseSamples({{antipode ? pi - latitude : latitude, antipode ? pi + 0.3f : 0.3f}});
-            compare(0.2f, latitude, 0.3f);
+        for (int i = 1; i < 157; ++i) {
+            const float latitude = 0.01f * static_cast<float>(i);
+            const float longitude = 0.5f * latitude;
+            if (antipode)
+                model.UseSamples({{pi - latitude, pi + longitude}});
+            else
+                model.UseSamples({{latitude, longitude}});
+            compare(0.2f, latitude, longitude);
         }
         EXPECT_GT(notNumbers, 0);
     }

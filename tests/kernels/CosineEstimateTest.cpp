@@ -21,8 +21,8 @@ TEST(CosineEstimate, StaysWithinItsBoundAndSaysWhereItHasNone)
                                   static_cast<double>(std::cos(theta0)),
                                   static_cast<double>(std::sin(phi0) * std::sin(theta0))};
         for (int i = 0; i < cosineBlock; ++i) {
-            block.theta[i] = theta(random);
-            block.phi[i] = phi(random);
+            block.theta[i] = static_cast<double>(theta(random));
+            block.phi[i] = static_cast<double>(phi(random));
         }
         block.theta[7] = beyond[round % 5][0];
         block.phi[7] = beyond[round % 5][1];
