@@ -36,9 +36,10 @@ class Vector(object):
             self.expected += [0.0] * (count - len(values))
 
     def run(self):
-        """What the module at hand gives: coefficients, or pixels."""
+        """What the module at hand gives: coefficients, pixels or the methods' results."""
         builder = _Orvane.SHBuilder()
         sets = {}
+        results = []
         for words in self.calls:
             new_set, method = (words[0], words[2]) if "=" in words else (None, words[0])
             arguments = words[3:] if new_set else words[1:]
@@ -46,8 +47,11 @@ class Vector(object):
             result = getattr(builder, method)(*as_parameters(method, values))
             if new_set:
                 sets[new_set] = result
+            results.append(result)
         if self.target == "image":
             return list(bytearray(str(builder.GetImageBuffer())))
+        if self.target == "results":
+            return [result for result in results if isinstance(result, float)]
         chosen = sets[self.target]
         return [chosen.GetCoefficient(i) for i in range(chosen.GetNumCoefficients())]
 
@@ -91,14 +95,15 @@ def number(word):
 
 
 def bits(value):
-    """The bit pattern of a single-precision float."""
-    return struct.unpack("<I", struct.pack("<f", value))[0]
+    return struct.pack("<d", value)
 
 
-def unit_in_last_place(value):
-    """Distance from a finite single-precision float's magnitude to the next larger one."""
-    pattern = bits(abs(value))
-    return struct.unpack("<f", struct.pack("<I", pattern + 1))[0] - abs(value)
+def unit_in_last_place(value, number, integer):
+    """From a finite value's magnitude to the next larger one, in the format that struct calls
+    `number` and an integer of its size."""
+    pattern, = struct.unpack(integer, struct.pack(number, abs(value)))
+    larger, = struct.unpack(number, struct.pack(integer, pattern + 1))
+    return larger - abs(value)
 
 
 def compare(vector, actual):
@@ -109,9 +114,13 @@ def compare(vector, actual):
     different = sum(bits(a) != bits(e) for a, e in zip(actual, expected))
     if not different:
         return True, "equal to the bit"
-    unit = 1.0
-    if vector.target != "image":
-        unit = unit_in_last_place(max(abs(e) for e in expected))
+    greatest = max(abs(e) for e in expected)
+    if vector.target == "image":
+        unit = 1.0
+    elif vector.target == "results":
+        unit = unit_in_last_place(greatest, "<d", "<q")
+    else:
+        unit = unit_in_last_place(greatest, "<f", "<i")
     largest = max(abs(a - e) for a, e in zip(actual, expected)) / unit
     passes = not vector.exact and largest <= vector.tolerance
     return passes, "%d of %d differ, by at most %.3g %s (tolerance %g)" % (

@@ -14,3 +14,7 @@ mkdir -p "$WINEPREFIX"
 
 Build windows
 ctest --preset windows
+
+echo
+echo "Golden vectors under Wine:"
+wine build/windows/bin/golden_check.exe tests/golden/vectors.txt

@@ -32,6 +32,7 @@ struct Run {
     int width = 0;
     int height = 0;
     std::vector<std::uint8_t> image;
+    Values results;
 };
 
 /// Element by element over the first coefficients, as many as the source has.
@@ -104,6 +105,28 @@ const std::map<std::string, Method> methods = {
     {"GeneratePDFSamples",
      [](Run &run, const Arguments &a) {
          run.pdf = literal::GeneratePdfSamples(a.Int(0), a.Int(1), a.Int(2));
+     }},
+    {"GetValueAt",
+     [](Run &run, const Arguments &a) {
+         const Set &set = run.NamedSet(a, 0);
+         run.results.push_back(
+             run.tables->Evaluate(set.data(), Bands(set), a.Double(1), a.Double(2)));
+     }},
+    {"SHBasisFunc",
+     [](Run &run, const Arguments &a) {
+         run.results.push_back(run.tables->Basis(a.Int(0), a.Double(1), a.Double(2)));
+     }},
+    {"GetGaussDensity",
+     [](Run &run, const Arguments &a) {
+         run.results.push_back(literal::GaussDensity(a.Double(0), a.Double(1), a.Double(2)));
+     }},
+    {"LongtitudeProjectionFunc",
+     [](Run &run, const Arguments &a) {
+         run.results.push_back(literal::Longitude(*run.tables)(a.Float(0), a.Float(1)));
+     }},
+    {"GaussProjectionFunc",
+     [](Run &run, const Arguments &a) {
+         run.results.push_back(literal::Gauss(a.Float(2), 0.0, 0.0)(a.Float(0), a.Float(1)));
      }},
     {"AddSH",
      [](Run &run, const Arguments &a) {
@@ -180,7 +203,10 @@ Values RunLiteral(const Vector &vector)
     }
     if (vector.IsImage())
         return {run.image.begin(), run.image.end()};
-    return run.sets.at(vector.target);
+    if (vector.IsResults())
+        return run.results;
+    const Set &set = run.sets.at(vector.target);
+    return {set.begin(), set.end()};
 }
 
 } // namespace golden

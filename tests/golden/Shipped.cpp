@@ -21,6 +21,7 @@ struct Run {
 
     const std::shared_ptr<SHBuilder> builder = MakeObject<SHBuilder>();
     std::map<std::string, std::shared_ptr<SphericalHarmonic>> sets;
+    Values results;
 };
 
 void Fill(SphericalHarmonic &set, int numBands, const float *coefficients)
@@ -63,6 +64,27 @@ const std::map<std::string, Method> methods = {
          for (int i = 0; i < 9; ++i)
              matrix[i / 3][i % 3] = a.Double(i + 1);
          orvane::RotateSH(in, matrix, run.New(a));
+     }},
+    {"GetValueAt",
+     [](Run &run, const Arguments &a) {
+         run.results.push_back(run.builder->GetValueAt(*run.Set(a, 0), a.Double(1), a.Double(2)));
+     }},
+    {"SHBasisFunc",
+     [](Run &run, const Arguments &a) {
+         run.results.push_back(run.builder->SHBasisFunc(a.Int(0), a.Double(1), a.Double(2)));
+     }},
+    {"GetGaussDensity",
+     [](Run &run, const Arguments &a) {
+         run.results.push_back(run.builder->GetGaussDensity(a.Double(0), a.Double(1), a.Double(2)));
+     }},
+    {"LongtitudeProjectionFunc",
+     [](Run &run, const Arguments &a) {
+         run.results.push_back(run.builder->LongtitudeProjectionFunc(a.Float(0), a.Float(1)));
+     }},
+    {"GaussProjectionFunc",
+     [](Run &run, const Arguments &a) {
+         run.results.push_back(
+             run.builder->GaussProjectionFunc(a.Float(0), a.Float(1), a.Float(2)));
      }},
     {"AddSH",
      [](Run &run, const Arguments &a) { run.builder->AddSH(run.Set(a, 0), run.Set(a, 1)); }},
@@ -131,6 +153,8 @@ Values RunShipped(const Vector &vector)
         const std::uint8_t *pixels = run.builder->imageBuffer.get();
         return {pixels, pixels + run.builder->imageWidth * run.builder->imageHeight};
     }
+    if (vector.IsResults())
+        return run.results;
     const auto &coefficients = run.sets.at(vector.target)->coefficients;
     return {coefficients.begin(), coefficients.end()};
 }

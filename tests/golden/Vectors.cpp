@@ -70,24 +70,23 @@ Vector ParseVector(const std::string &text)
     vector.target = words.at(0);
     for (std::size_t word = 2; word < words.size(); ++word) {
         if (!vector.IsImage())
-            vector.expected.push_back(std::strtof(words[word].c_str(), nullptr));
+            vector.expected.push_back(std::strtod(words[word].c_str(), nullptr));
         else
             for (std::size_t digit = 0; digit < words[word].size(); digit += 2)
-                vector.expected.push_back(
-                    static_cast<float>(std::stoi(words[word].substr(digit, 2), nullptr, 16)));
+                vector.expected.push_back(std::stoi(words[word].substr(digit, 2), nullptr, 16));
     }
     vector.expected.resize(std::stoul(words.at(1)));
     return vector;
 }
 
-void WriteCoefficients(std::ostream &out, Values values)
+void WriteNumbers(std::ostream &out, Values values)
 {
     // Zeros at the end go without saying; a negative one does not.
-    while (!values.empty() && values.back() == 0.0f && !std::signbit(values.back()))
+    while (!values.empty() && values.back() == 0.0 && !std::signbit(values.back()))
         values.pop_back();
     for (std::size_t i = 0; i < values.size(); ++i) {
         char text[32];
-        std::snprintf(text, sizeof text, "%a", static_cast<double>(values[i]));
+        std::snprintf(text, sizeof text, "%a", values[i]);
         out << text << (i % 6 == 5 || i + 1 == values.size() ? '\n' : ' ');
     }
 }
@@ -102,14 +101,14 @@ void WritePixels(std::ostream &out, const Values &values)
 }
 
 /// From the magnitude of a finite value to the next larger one.
-double UnitInLastPlace(float value)
+template <typename Float> double UnitInLastPlace(Float value)
 {
-    const float magnitude = std::fabs(value);
-    return static_cast<double>(std::nextafter(magnitude, std::numeric_limits<float>::infinity())) -
+    const Float magnitude = std::fabs(value);
+    return static_cast<double>(std::nextafter(magnitude, std::numeric_limits<Float>::infinity())) -
            magnitude;
 }
 
-bool IsSame(float a, float b)
+bool IsSame(double a, double b)
 {
     return std::memcmp(&a, &b, sizeof a) == 0;
 }
@@ -146,7 +145,7 @@ void Write(const std::string &path, const File &file)
         if (vector.IsImage())
             WritePixels(out, vector.expected);
         else
-            WriteCoefficients(out, vector.expected);
+            WriteNumbers(out, vector.expected);
     }
     if (!out.flush())
         throw std::runtime_error("cannot write " + path);
@@ -160,18 +159,19 @@ Verdict Compare(const Vector &vector, const Values &actual)
                            std::to_string(expected.size())};
     int different = 0;
     double largest = 0.0;
-    float greatest = 0.0f;
+    double greatest = 0.0;
     for (std::size_t i = 0; i < expected.size(); ++i) {
         different += !IsSame(actual[i], expected[i]);
         // A value that is no number is infinitely far away.
-        const double distance = std::fabs(static_cast<double>(actual[i]) - expected[i]);
+        const double distance = std::fabs(actual[i] - expected[i]);
         largest = std::max(largest, std::isnan(distance) ? HUGE_VAL : distance);
         greatest = std::max(greatest, std::fabs(expected[i]));
     }
     if (different == 0)
         return {true, "equal to the bit"};
     if (!vector.IsImage())
-        largest /= UnitInLastPlace(greatest);
+        largest /= vector.IsResults() ? UnitInLastPlace(greatest)
+                                      : UnitInLastPlace(static_cast<float>(greatest));
     char text[128];
     std::snprintf(text, sizeof text, "%d of %zu differ, by at most %.3g %s (tolerance %g)",
                   different, expected.size(), largest,

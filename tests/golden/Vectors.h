@@ -14,11 +14,12 @@ struct Call {
     std::vector<std::string> arguments;
 };
 
-/// What a recipe gives: coefficients, or grey levels where the target is the image.
-using Values = std::vector<float>;
+/// What a recipe gives: coefficients, grey levels or the methods' results.
+using Values = std::vector<double>;
 
 struct Vector {
     bool IsImage() const { return target == "image"; }
+    bool IsResults() const { return target == "results"; }
     bool IsExact() const { return functions == "none"; }
 
     std::string recipe; ///< the text before the result, as it stands
@@ -26,7 +27,7 @@ struct Vector {
     std::string functions; ///< the library functions that take part
     double tolerance = 0.0;
     std::vector<Call> calls;
-    std::string target; ///< name of a set, or "image"
+    std::string target; ///< name of a set, "image" or "results"
     Values expected;
 };
 
