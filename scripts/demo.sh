@@ -8,7 +8,7 @@ NeedPython2
 Build release _Orvane
 
 mkdir -p build/demo
-export PYTHONPATH=build/release/lib
+export PYTHONPATH=build/release/lib PYTHONDONTWRITEBYTECODE=1
 "$PYTHON2" examples/project_image.py examples/data/earth-512x256.pgm build/demo/earth.png
 "$PYTHON2" examples/depletion_profile.py build/demo/depletion-profile.png
 echo "The pictures: $PWD/build/demo/earth.png"

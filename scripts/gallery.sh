@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the pictures of docs/gallery.md anew, with the module.
+# Makes the pictures of docs/gallery.md and of the README anew, with the module.
 
 source "$(dirname "$0")/setup.sh"
 
@@ -7,5 +7,6 @@ InstallPackages "${buildPackages[@]}"
 NeedPython2
 Build release _Orvane
 
-export PYTHONPATH=build/release/lib
+export PYTHONPATH=build/release/lib PYTHONDONTWRITEBYTECODE=1
 "$PYTHON2" examples/gallery.py docs/gallery.md docs/images/gallery
+"$PYTHON2" examples/project_image.py examples/data/earth-512x256.pgm docs/images/earth.png

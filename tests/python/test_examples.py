@@ -10,7 +10,6 @@ import tempfile
 import unittest
 
 sys.path.insert(0, "examples")
-sys.dont_write_bytecode = True
 
 import _Orvane
 import gallery
@@ -39,8 +38,9 @@ class ExamplesTest(Folder):
     def test_project_image(self):
         path = os.path.join(self.folder, "earth.png")
         output = self.run_example("project_image.py", "examples/data/earth-512x256.pgm", path)
-        width, height, pixels = png.read_png(path)
+        width, height, pixels = picture = png.read_png(path)
         self.assertEqual((width, height), (512 + 4 + 512, 16 + 256))
+        self.assertTrue(picture == png.read_png("docs/images/earth.png"), "README shows another")
 
         def brightness(x, y):
             return pixels[((16 + y) * width + x) * 3]
