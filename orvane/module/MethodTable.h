@@ -40,10 +40,10 @@ inline constexpr std::size_t maxArguments = 5;
 struct Entry {
     PyCFunction function;
     Style style;
-    const char *format; ///< of the tuple style, null in the others
+    const char *format = nullptr; ///< of the tuple style only
     ScriptType result;
-    std::size_t argumentCount;
-    std::array<ScriptType, maxArguments> arguments;
+    std::size_t argumentCount = 0;
+    std::array<ScriptType, maxArguments> arguments{};
 };
 
 /// One argument in the manual: its name, then meaning, unit and range.

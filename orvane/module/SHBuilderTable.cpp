@@ -106,7 +106,7 @@ constexpr const char *evaluationErrors =
     "RuntimeError before GenerateLookUpTables; ValueError where an angle is not finite, theta lies "
     "beyond the tables, or there are more terms than the set has coefficients or than 900.";
 constexpr const char *projectionErrors =
-    "RuntimeError before GenerateLookUpTables; ValueError for another number of bands; "
+    "RuntimeError where there are points but no tables; ValueError for another number of bands; "
     "MemoryError.";
 constexpr const char *projectionRemarks =
     "Projects over the points of GenerateSphericalSamples; without any, every coefficient is NaN.";
@@ -117,6 +117,9 @@ constexpr const char *smallerSource =
 constexpr const char *equalOperands =
     "The target takes over the size of the operands and may be one of them. Operands with "
     "different numbers of coefficients change nothing.";
+constexpr const char *resizeErrors =
+    "TypeError where a set is None; ValueError where the numBands of the first operand was written "
+    "to be more than 46340; MemoryError.";
 constexpr const char *foldedAngle =
     "RuntimeError before GenerateLookUpTables; ValueError where an angle that is folded is not "
     "finite.";
@@ -351,7 +354,7 @@ constexpr MethodRow methods[] = {
                      {"to", "the set at alpha 1"},
                      {"alpha", "not limited: beyond 0 to 1 it extrapolates"}}},
       .result = theTarget,
-      .errors = "TypeError where a set is None; MemoryError.",
+      .errors = resizeErrors,
       .remarks = equalOperands}},
 
     {"CopyScaleAndSubtractSH",
@@ -368,7 +371,7 @@ constexpr MethodRow methods[] = {
                      {"scale", "its factor"},
                      {"toSubtract", "the set that is taken off"}}},
       .result = theTarget,
-      .errors = "TypeError where a set is None; MemoryError.",
+      .errors = resizeErrors,
       .remarks = equalOperands}},
 
     {"CreateLatitudeSH",
@@ -428,8 +431,9 @@ constexpr MethodRow methods[] = {
                      {"stdDev", "scale of the offsets in radians; their own standard deviation is "
                                 "about 0.659"}}},
       .result = "a new set, always of 30 bands",
-      .errors = "ValueError where an argument is not finite; RuntimeError before "
-                "GenerateLookUpTables; MemoryError.",
+      .errors =
+          "RuntimeError where there are points but no tables; ValueError where a point is not "
+          "finite; MemoryError.",
       .remarks = "Uses the points of GeneratePDFSamples; without any, every coefficient is NaN."}},
 
     {"CreateSHFromBuffer",
@@ -486,7 +490,8 @@ constexpr MethodRow methods[] = {
      {.arguments = {{{"longitude", "azimuth in radians"},
                      {"latitude", "polar angle in radians"},
                      {"stdDev", "standard deviation in radians"}}},
-      .result = "the Gaussian around the pole: 1 there, 0 beyond five standard deviations",
+      .result = "the Gaussian around the pole: 1 there, 0 beyond five standard deviations; NaN "
+                "where an argument is not finite",
       .remarks = "The function that CreateGaussSH projects, with its mean at the pole."}},
 
     {"SetRandomSeed",
@@ -514,7 +519,7 @@ constexpr MethodRow methods[] = {
       .result = "a new set whose values are pixels, 0 to 255",
       .errors = "TypeError where there is no read buffer or its length does not fit; ValueError "
                 "for a negative size, an image without pixels or more than 900 coefficients; "
-                "RuntimeError before GenerateLookUpTables; MemoryError.",
+                "RuntimeError where there are points but no tables; MemoryError.",
       .remarks = "Row 0 is the pole (theta 0), column 0 is phi 0. Projects over the points of "
                  "GenerateSphericalSamples; without any, every coefficient is NaN. The builder's "
                  "own image is not involved."}},

@@ -125,8 +125,11 @@ template <auto member> PyObject *CallThunk(PyObject *self, PyObject *tuple) noex
 template <auto member> consteval Entry Thunk()
 {
     using Shape = ThunkShape<decltype(member)>;
-    return {&CallThunk<member>,   Style::Thunk,    nullptr, scriptResult<typename Shape::Result>,
-            Shape::argumentCount, Shape::arguments};
+    return {.function = &CallThunk<member>,
+            .style = Style::Thunk,
+            .result = scriptResult<typename Shape::Result>,
+            .argumentCount = Shape::argumentCount,
+            .arguments = Shape::arguments};
 }
 
 } // namespace orvane::binding

@@ -158,11 +158,9 @@ PyObject *CallCreator(PyObject *self, PyObject *tuple) noexcept
     return Enter<typename Shape::Class>(self, [&](auto &object) {
         return std::apply(
             [&](auto &&...arguments) {
-                return ResultOf([&] {
-                    return NewSet([&](SphericalHarmonic &set) {
-                        std::invoke(function, object, set, arguments...);
-                    });
-                });
+                return ToPython(NewSet([&](SphericalHarmonic &set) {
+                    std::invoke(function, object, set, arguments...);
+                }));
             },
             WithoutFirst<typename Shape::Arguments>::Type::template Parse<format>(tuple));
     });
@@ -172,7 +170,7 @@ template <auto function> PyObject *CallDirect(PyObject *self, PyObject *) noexce
 {
     using Shape = FunctionShape<decltype(function)>;
     return Enter<typename Shape::Class>(
-        self, [](auto &object) { return ResultOf([&] { return std::invoke(function, object); }); });
+        self, [](auto &object) { return ToPython(std::invoke(function, object)); });
 }
 
 /// The entry of a row in tuple style: calls `function`.
@@ -180,8 +178,12 @@ template <Format format, auto function> consteval Entry Tuple()
 {
     using Shape = FunctionShape<decltype(function)>;
     using Arguments = typename Shape::Arguments;
-    return {&CallTuple<format, function>,         Style::Tuple,     format.text,
-            scriptResult<typename Shape::Result>, Arguments::count, Arguments::types};
+    return {.function = &CallTuple<format, function>,
+            .style = Style::Tuple,
+            .format = format.text,
+            .result = scriptResult<typename Shape::Result>,
+            .argumentCount = Arguments::count,
+            .arguments = Arguments::types};
 }
 
 /// The same for a function that fills a new set: its first parameter is the set, the others come
@@ -190,20 +192,21 @@ template <Format format, auto function> consteval Entry Creates()
 {
     using Shape = FunctionShape<decltype(function)>;
     using Arguments = typename WithoutFirst<typename Shape::Arguments>::Type;
-    return {&CallCreator<format, function>,
-            Style::Tuple,
-            format.text,
-            ScriptType::Set,
-            Arguments::count,
-            Arguments::types};
+    return {.function = &CallCreator<format, function>,
+            .style = Style::Tuple,
+            .format = format.text,
+            .result = ScriptType::Set,
+            .argumentCount = Arguments::count,
+            .arguments = Arguments::types};
 }
 
 /// The entry of a row in direct style: `function` takes the object only, the tuple is ignored.
 template <auto function> consteval Entry Direct()
 {
     using Shape = FunctionShape<decltype(function)>;
-    return {
-        &CallDirect<function>, Style::Direct, nullptr, scriptResult<typename Shape::Result>, 0, {}};
+    return {.function = &CallDirect<function>,
+            .style = Style::Direct,
+            .result = scriptResult<typename Shape::Result>};
 }
 
 } // namespace orvane::binding

@@ -1,6 +1,5 @@
 """What the host adds to the module: wrappers, types, attributes, conversion of numbers, tesk-run."""
 
-import ctypes
 import gc
 import os
 import subprocess
@@ -11,18 +10,7 @@ import weakref
 
 import _Orvane
 
-LIBRARIES = os.path.dirname(os.path.abspath(_Orvane.__file__))
-
-
-class Totals(ctypes.Structure):
-    _fields_ = [(name, ctypes.c_int64) for name in
-                ("live_objects", "allocations", "bytes", "peak_bytes", "assertion_hits")]
-
-
-host = ctypes.CDLL(os.path.join(LIBRARIES, "libtesk.so"))
-host.TeskReportTotals.restype = Totals
-host.TeskFailAllocation.argtypes = [ctypes.c_int, ctypes.c_int64]
-OBJECTS = 1
+from support import HOST, MODULE_FOLDER, OBJECT_ALLOCATION
 
 
 class Float(object):
@@ -53,14 +41,14 @@ class Long(long):
 class HostTest(unittest.TestCase):
     def setUp(self):
         gc.collect()
-        self.before = host.TeskReportTotals().live_objects
+        self.before = HOST.TeskReportTotals().live_objects
         self.builder = _Orvane.SHBuilder()
         self.sh = _Orvane.SphericalHarmonic()
 
     def tearDown(self):
         del self.builder, self.sh
         gc.collect()
-        self.assertEqual(host.TeskReportTotals().live_objects, self.before)
+        self.assertEqual(HOST.TeskReportTotals().live_objects, self.before)
 
     def expect(self, function, value, expected):
         """`expected` is a result, or an exception whose type and text have to match."""
@@ -88,7 +76,7 @@ class HostTest(unittest.TestCase):
         gc.collect()
         self.assertEqual(told, [reference])
         self.assertIs(reference(), None)
-        self.assertEqual(host.TeskReportTotals().live_objects, self.before + 2)
+        self.assertEqual(HOST.TeskReportTotals().live_objects, self.before + 2)
 
     def test_types(self):
         for cls in (_Orvane.SphericalHarmonic, _Orvane.SHBuilder):
@@ -101,7 +89,7 @@ class HostTest(unittest.TestCase):
             self.assertRaises(TypeError, object.__new__, cls)
 
     def test_creation_without_memory(self):
-        host.TeskFailAllocation(OBJECTS, 1)
+        HOST.TeskFailAllocation(OBJECT_ALLOCATION, 1)
         self.assertRaises(MemoryError, _Orvane.SphericalHarmonic)
 
     def test_attributes(self):
@@ -172,7 +160,7 @@ class TeskRunTest(unittest.TestCase):
         with tempfile.NamedTemporaryFile(suffix=".py") as script:
             script.write(text)
             script.flush()
-            runner = os.path.join(LIBRARIES, os.pardir, "bin", "tesk-run")
+            runner = os.path.join(MODULE_FOLDER, os.pardir, "bin", "tesk-run")
             process = subprocess.Popen([runner, script.name] + list(arguments),
                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE)
             output, errors = process.communicate()

@@ -10,7 +10,7 @@ NO_MATCH = "Could not match argument %i to expected type: %s."
 
 
 class OldStyle:
-    """An instance of an old-style class has the slots of everything and offers nothing."""
+    """Its instances have the slots of everything and offer nothing."""
 
 
 # Objects that the type of an argument refuses, and the words of the refusal; None for Python's own.
@@ -32,15 +32,14 @@ REFUSED = {
 }
 
 
+OBJECTS = {"CreateSHFromBuffer": ["buffer"], "CreateSHFromImageBuffer": ["buffer"],
+           "ExtendSHFromBuffer": ["set", "buffer"], "RotateSH": ["set", "matrix"]}
+
+
 def kinds(method):
     """The arguments' types as REFUSED names them."""
-    kinds = list(method.arguments)
-    for i, kind in enumerate(kinds):
-        if kind == "O":
-            objects = {"CreateSHFromBuffer": ["buffer"], "CreateSHFromImageBuffer": [0] * 3 + ["buffer"],
-                       "ExtendSHFromBuffer": ["set", "buffer"], "RotateSH": ["set", "matrix"]}
-            kinds[i] = objects.get(method.name, ["set"])[i]
-    return kinds
+    objects = iter(OBJECTS.get(method.name, ["set"]))
+    return [next(objects) if kind == "O" else kind for kind in method.arguments]
 
 
 class MarshallingTest(OrvaneTest):
@@ -115,8 +114,6 @@ class MarshallingTest(OrvaneTest):
                         self.assert_raises(OverflowError, None, call,
                                            *legal[:i] + [wrong] + legal[i + 1:])
         self.assertEqual(self.world.snapshot(), before)
-        self.world.builder.GenerateSphericalSamples(2 ** 32 - 1, 2)  # the one unsigned argument
-        self.assert_raises(OverflowError, None, self.world.builder.SetRandomSeed, 2 ** 31)
 
     def test_results(self):
         for method in METHODS:
@@ -137,13 +134,6 @@ class MarshallingTest(OrvaneTest):
             for wrong in foreign, None, 5, OldStyle():
                 self.assert_raises(TypeError, None, unbound, wrong,
                                    *self.world.calls[method.name])
-
-    def test_numbers_of_every_kind(self):
-        sh = self.world.set
-        for one in 1, 1L, True, 1.0, type("Float", (float,), {})(1.0):
-            sh.SetCoefficient(0, one)
-            self.assertEqual(sh.GetCoefficient(0), 1.0)
-        self.assertEqual(sh.GetCoefficient(3L), sh.GetCoefficient(3))
 
 
 if __name__ == "__main__":
