@@ -43,10 +43,12 @@ inline void AddBlock(const ProjectionTables &tables, const ProjectionPoint *poin
         Store(sums.cosine + i, sum);
     }
     for (int m = 1; m < bands; ++m) {
-        double cosine[block], sine[block];
+        // Spread by the load itself: that of a number in a register takes the port that also
+        // rounds to single precision, the busiest one.
+        VecD cosine[block], sine[block];
         for (int p = 0; p < block; ++p) {
-            cosine[p] = tables.angles.cosLut[index[p][m]];
-            sine[p] = tables.angles.sinLut[index[p][m]];
+            cosine[p] = Broadcast(tables.angles.cosLut[index[p][m]]);
+            sine[p] = Broadcast(tables.angles.sinLut[index[p][m]]);
         }
         const int start = polarRunStart[m];
         for (int i = start; i < start + bands - m; i += lanes) {
