@@ -64,6 +64,7 @@ Job BuildQuadTree(int count)
         }
 
         std::vector<orvane::QuadPoint> points;
+        orvane::QuadTree tree;
         std::vector<literal::ImportanceSample> samples;
         std::vector<literal::ImportanceSample *> pointers;
     };
@@ -71,7 +72,7 @@ Job BuildQuadTree(int count)
     Job job;
     job.literal = [=] { benchmark::DoNotOptimize(literal::BuildQuadTree(data->pointers)); };
     job.shipped = [=](orvane::InstructionSet) {
-        benchmark::DoNotOptimize(orvane::FindQuadLeaves(data->points));
+        benchmark::DoNotOptimize(data->tree.FindLeaves(data->points).data());
     };
     return job;
 }

@@ -1,10 +1,11 @@
 // Gaussians from points that lie where the Gaussian is. A fixed cloud of normal offsets is placed
 // around the mean; the leaves of a quadtree over all points tell how crowded each point's place is.
 
+#include "orvane/builder/ImportanceSampling.h"
+
 #include "orvane/builder/LookUpTables.h"
 #include "orvane/builder/Projection.h"
 #include "orvane/builder/Projector.h"
-#include "orvane/builder/QuadTree.h"
 #include "orvane/builder/Random.h"
 #include "orvane/builder/SHBuilder.h"
 #include "orvane/sh/Basis.h"
@@ -33,29 +34,19 @@ constexpr std::array<double, quadTreeDepth + 1> cellAreas = [] {
     return areas;
 }();
 
-/// All points of one Gaussian: the placed offsets, then the stratified cover of the sphere.
-struct Points {
-    std::vector<double> theta;
-    std::vector<QuadPoint> onSphere;
-
-    explicit Points(std::size_t count)
-    {
-        theta.reserve(count);
-        onSphere.reserve(count);
-    }
-    void Append(double newTheta, double phi)
-    {
-        theta.push_back(newTheta);
-        onSphere.push_back({phi, std::cos(newTheta)});
-    }
-};
-
-/// @throws std::invalid_argument where an offset's place is not finite
-Points PlacePoints(const std::vector<GaussOffset> &offsets,
-                   const std::vector<SphericalSample> &cover, double latitude, double longitude,
-                   double stdDev)
+/// Replaces the points.
+/// @throws std::invalid_argument where an offset's place is not finite, std::bad_alloc
+void PlacePoints(const std::vector<GaussOffset> &offsets, const std::vector<SphericalSample> &cover,
+                 double latitude, double longitude, double stdDev, PlacedPoints &points)
 {
-    Points points(offsets.size() + cover.size());
+    points.theta.resize(offsets.size() + cover.size());
+    points.onSphere.resize(points.theta.size());
+    std::size_t next = 0;
+    const auto append = [&](double theta, double phi) {
+        points.theta[next] = theta;
+        points.onSphere[next] = {phi, std::cos(theta)};
+        ++next;
+    };
     for (const GaussOffset &offset : offsets) {
         const double theta = stdDev * offset.x + latitude;
         const double phi = stdDev * offset.y + longitude;
@@ -64,13 +55,12 @@ Points PlacePoints(const std::vector<GaussOffset> &offsets,
                                         "latitude, longitude, stdDev");
         // Beyond the pole a point comes down on the other side.
         if (theta < 0)
-            points.Append(-theta, WrapAngle(phi + PI_F));
+            append(-theta, WrapAngle(phi + PI_F));
         else
-            points.Append(theta, WrapAngle(phi));
+            append(theta, WrapAngle(phi));
     }
     for (const SphericalSample &sample : cover)
-        points.Append(sample.theta, sample.phi);
-    return points;
+        append(sample.theta, sample.phi);
 }
 
 constexpr std::size_t drawBlock = 128;
@@ -136,9 +126,9 @@ void SHBuilder::GeneratePDFSamples(std::int32_t seed, std::int32_t sqrtNumSample
 SphericalHarmonic &SHBuilder::CreateImportanceSampledGaussSH(SphericalHarmonic &sh, double latitude,
                                                              double longitude, double stdDev)
 {
-    const Points points =
-        PlacePoints(pdfGaussOffsets, pdfSphericalSamples, latitude, longitude, stdDev);
-    const std::vector<QuadLeaf> leaves = FindQuadLeaves(points.onSphere);
+    PlacedPoints &points = placedPoints;
+    PlacePoints(pdfGaussOffsets, pdfSphericalSamples, latitude, longitude, stdDev, points);
+    const std::vector<QuadLeaf> &leaves = points.tree.FindLeaves(points.onSphere);
     if (!leaves.empty())
         RequireLookUpTables(*this);
 

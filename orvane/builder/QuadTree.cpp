@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <memory>
 #include <utility>
 
 namespace orvane {
@@ -24,8 +23,8 @@ namespace {
 constexpr int columns = 1 << quadTreeDepth; ///< cells of the deepest level along either axis
 constexpr float rootPhiMax = 6.2831855f;
 
-/// Entry k is where column k begins in phi; column 0 has no lower bound and the last no upper one,
-/// since nothing compares with the root's own bounds.
+/// Entry k is where column k begins in phi. Nothing compares with the root's own bounds: the last
+/// column has no end.
 constexpr std::array<double, columns + 1> columnBounds = [] {
     std::array<float, columns + 1> bounds{};
     bounds[columns] = rootPhiMax;
@@ -33,55 +32,55 @@ constexpr std::array<double, columns + 1> columnBounds = [] {
         for (int middle = half; middle < columns; middle += 2 * half)
             bounds[middle] = (bounds[middle - half] + bounds[middle + half]) * 0.5f;
     std::array<double, columns + 1> widened{};
-    for (int k = 1; k < columns; ++k)
+    for (int k = 0; k < columns; ++k)
         widened[k] = bounds[k];
-    widened[0] = -std::numeric_limits<double>::infinity();
     widened[columns] = std::numeric_limits<double>::infinity();
     return widened;
 }();
 
-/// Columns per radian if all were equally wide.
+/// Columns per radian if all were equally wide, and how far, in columns, a bound may then be off.
 constexpr double columnScale = columns / static_cast<double>(rootPhiMax);
+constexpr double columnMargin = 1e-3;
 
 constexpr bool BoundsAreNearlyEven()
 {
-    for (int k = 1; k < columns; ++k) {
+    for (int k = 0; k < columns; ++k) {
         const double off = columnBounds[k] * columnScale - k;
-        if (off < -0.25 || off > 0.25)
+        if (off < -columnMargin / 2 || off > columnMargin / 2)
             return false;
     }
     return true;
 }
-static_assert(BoundsAreNearlyEven(), "a column computed by division is off by one at most");
+static_assert(BoundsAreNearlyEven(), "a column computed by division is right or one too low");
 
 /// The column whose bounds satisfy lower < phi <= upper.
 int PhiColumn(double phi)
 {
-    const auto rough = static_cast<std::uint32_t>(static_cast<std::int32_t>(phi * columnScale));
-    const int guess = static_cast<int>(std::min<std::uint32_t>(rough, columns - 1));
-    return guess + (phi > columnBounds[guess + 1]) - !(phi > columnBounds[guess]);
+    const int guess = static_cast<int>(phi * columnScale - columnMargin);
+    return guess + (phi > columnBounds[guess + 1]);
 }
 
-/// The same for cos theta, whose midpoints are the multiples of 2 / columns: the scaled value is
-/// exact, and the column is that value rounded up, less one.
+/// The same for cos theta, whose bounds are the multiples of 2 / columns: the scaled value is
+/// exact, and the column is that value rounded up, less one. Only cos theta = -1 gives -1.
 int CosColumn(double cosTheta)
 {
     const double scaled = cosTheta * (columns / 2);
     const int truncated = static_cast<int>(scaled);
-    return std::max(0, truncated + (scaled > truncated) + columns / 2 - 1);
+    return truncated + (scaled > truncated) + columns / 2 - 1;
 }
 
-/// Entry k is k with a zero bit put above each of its bits.
-constexpr std::array<std::uint32_t, columns> spreadBits = [] {
-    std::array<std::uint32_t, columns> spread{};
+/// Entry k + 1 is column k with a zero bit put above each of its bits; column -1 counts as 0.
+constexpr std::array<std::uint32_t, columns + 1> spreadColumns = [] {
+    std::array<std::uint32_t, columns + 1> spread{};
     for (int k = 1; k < columns; ++k)
-        spread[k] = spread[k / 2] << 2 | (k & 1);
+        spread[k + 1] = spread[k / 2 + 1] << 2 | (k & 1);
     return spread;
 }();
 
 std::uint32_t Path(const QuadPoint &point)
 {
-    return spreadBits[PhiColumn(point.phi)] << 1 | spreadBits[CosColumn(point.cosTheta)];
+    return spreadColumns[PhiColumn(point.phi) + 1] << 1 |
+           spreadColumns[CosColumn(point.cosTheta) + 1];
 }
 
 /// Number of levels that two different paths have in common.
@@ -90,13 +89,15 @@ int CommonLevels(std::uint32_t a, std::uint32_t b)
     return (__builtin_clz(a ^ b) - (32 - 2 * quadTreeDepth)) / 2;
 }
 
-struct Entry {
-    std::uint32_t path;
-    std::uint32_t point;
-
-    std::uint32_t Low() const { return path % columns; }
-    std::uint32_t High() const { return path / columns; }
-};
+/// The digits that paths are sorted by.
+std::uint32_t Low(std::uint32_t path)
+{
+    return path % columns;
+}
+std::uint32_t High(std::uint32_t path)
+{
+    return path / columns;
+}
 
 /// Counts per digit become the position where each digit's run starts.
 using Digits = std::array<std::uint32_t, columns>;
@@ -109,27 +110,27 @@ void StartRuns(Digits &digits)
 
 } // namespace
 
-std::vector<QuadLeaf> FindQuadLeaves(const std::vector<QuadPoint> &points)
+const std::vector<QuadLeaf> &QuadTree::FindLeaves(const std::vector<QuadPoint> &points)
 {
     const std::size_t count = points.size();
-    std::vector<QuadLeaf> leaves(count);
-    const auto entries = std::make_unique_for_overwrite<Entry[]>(count);
-    const auto byLow = std::make_unique_for_overwrite<Entry[]>(count);
+    entries.resize(count);
+    byLow.resize(count);
+    leaves.resize(count);
 
     // Radix sort by path: by its lower 11 bits, then, keeping that order, by its upper 11.
     Digits low{};
     Digits high{};
     for (std::size_t i = 0; i < count; ++i) {
         entries[i] = {Path(points[i]), static_cast<std::uint32_t>(i)};
-        ++low[entries[i].Low()];
-        ++high[entries[i].High()];
+        ++low[Low(entries[i].path)];
+        ++high[High(entries[i].path)];
     }
     StartRuns(low);
     StartRuns(high);
     for (std::size_t i = 0; i < count; ++i)
-        byLow[low[entries[i].Low()]++] = entries[i];
+        byLow[low[Low(entries[i].path)]++] = entries[i];
     for (std::size_t i = 0; i < count; ++i)
-        entries[high[byLow[i].High()]++] = byLow[i];
+        entries[high[High(byLow[i].path)]++] = byLow[i];
 
     // One step per group of equal paths.
     int levelsBefore = -1; // shared with the group before

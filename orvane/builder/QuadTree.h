@@ -13,7 +13,7 @@
 namespace orvane {
 
 struct QuadPoint {
-    double phi;      ///< azimuth in radians, 0 to 2 pi or a hair above
+    double phi;      ///< azimuth in radians, 0 to 2 pi and 1e-7 of it more
     double cosTheta; ///< -1 to 1
 };
 
@@ -26,9 +26,24 @@ struct QuadLeaf {
 /// Depth of the smallest cells.
 inline constexpr int quadTreeDepth = 11;
 
-/// The leaf of every point, in the points' order, of the tree that holds them all.
-/// @param points at most 2^31 - 1
-/// @throws std::bad_alloc
-std::vector<QuadLeaf> FindQuadLeaves(const std::vector<QuadPoint> &points);
+/// Finds leaves, keeping its memory, 24 bytes a point, from one call to the next.
+class QuadTree {
+public:
+    /// The leaf of every point, in the points' order, of the tree that holds them all; stands until
+    /// the next call.
+    /// @param points at most 2^31 - 1
+    /// @throws std::bad_alloc
+    const std::vector<QuadLeaf> &FindLeaves(const std::vector<QuadPoint> &points);
+
+private:
+    struct Entry {
+        std::uint32_t path;
+        std::uint32_t point;
+    };
+
+    std::vector<Entry> entries;
+    std::vector<Entry> byLow;
+    std::vector<QuadLeaf> leaves;
+};
 
 } // namespace orvane

@@ -3,6 +3,7 @@
 // The object that owns lookup tables, sample sets and an image, and performs every operation on
 // coefficient sets.
 
+#include "orvane/builder/ImportanceSampling.h"
 #include "orvane/kernels/PolarTable.h"
 #include "orvane/sh/SphericalHarmonic.h"
 #include "teskexposure/include/TeskInterfaces"
@@ -138,4 +139,6 @@ public:
 
     orvane::PolarTable polarTable;  ///< normalised Legendre values, one row per theta step
     const orvane::Kernels *kernels; ///< for the processor at hand
+
+    orvane::PlacedPoints placedPoints; ///< of the last importance-sampled Gaussian
 };

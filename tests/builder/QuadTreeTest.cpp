@@ -10,6 +10,9 @@ namespace {
 
 using orvane::QuadPoint;
 
+/// Used again and again, as builders do.
+orvane::QuadTree tree;
+
 void ExpectLiteralLeaves(const std::vector<QuadPoint> &points)
 {
     std::vector<literal::ImportanceSample> samples;
@@ -19,7 +22,7 @@ void ExpectLiteralLeaves(const std::vector<QuadPoint> &points)
     for (literal::ImportanceSample &sample : samples)
         pointers.push_back(&sample);
     const auto root = literal::BuildQuadTree(pointers);
-    const std::vector<orvane::QuadLeaf> leaves = orvane::FindQuadLeaves(points);
+    const std::vector<orvane::QuadLeaf> &leaves = tree.FindLeaves(points);
     ASSERT_EQ(leaves.size(), points.size());
     for (std::size_t i = 0; i < points.size(); ++i) {
         ASSERT_EQ(leaves[i].depth, samples[i].cell->depth) << "point " << i;
@@ -80,8 +83,8 @@ TEST(QuadTree, EndsOfTheRangesBelongToTheOuterCells)
 
 TEST(QuadTree, CoincidingPointsShareADeepestLeaf)
 {
-    const std::vector<orvane::QuadLeaf> leaves =
-        orvane::FindQuadLeaves({{1.0, 0.5}, {1.0, 0.5}, {1.0, 0.5}, {4.0, 0.5}});
+    const std::vector<orvane::QuadLeaf> &leaves =
+        tree.FindLeaves({{1.0, 0.5}, {1.0, 0.5}, {1.0, 0.5}, {4.0, 0.5}});
     const int depths[] = {11, 11, 11, 1};
     const int counts[] = {3, 3, 3, 1};
     for (int i = 0; i < 4; ++i) {
