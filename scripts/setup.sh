@@ -8,6 +8,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 PATH=$PATH:${PYENV_ROOT:-$HOME/.pyenv}/bin
 
 buildPackages=(cmake ninja-build g++ libgtest-dev)
+fuzzPackages=(clang libclang-rt-14-dev)
 checkPackages=(clang clang-format clang-tidy cppcheck)
 
 Fail() {

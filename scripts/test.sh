@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
-# Everything that has to hold before a change goes in: the static checks, and the whole suite twice,
-# as released and with the address and undefined-behaviour sanitizers. Passes if all of it does.
+# Everything that has to hold before a change goes in: the static checks, the whole suite twice, as
+# released and with the address and undefined-behaviour sanitizers, and a short run of the fuzzers.
+# Passes if all of it does.
 
 source "$(dirname "$0")/setup.sh"
 
-InstallPackages "${buildPackages[@]}" "${checkPackages[@]}"
+InstallPackages "${buildPackages[@]}" "${checkPackages[@]}" "${fuzzPackages[@]}"
 NeedPython2
 
 scripts/check-format.sh
@@ -13,3 +14,5 @@ cmake --build --preset release --target static_checks
 ctest --preset release
 Build asan
 ctest --preset asan
+Build fuzz
+ctest --preset fuzz
