@@ -155,6 +155,7 @@ template <Format format, auto function>
 PyObject *CallCreator(PyObject *self, PyObject *tuple) noexcept
 {
     using Shape = FunctionShape<decltype(function)>;
+    // cppcheck-suppress throwInNoexceptFunction ; Enter catches what its work throws
     return Enter<typename Shape::Class>(self, [&](auto &object) {
         return std::apply(
             [&](auto &&...arguments) {

@@ -24,7 +24,7 @@ struct ExpectedClass {
 std::map<std::string, ExpectedClass> ReadSurface()
 {
     std::map<std::string, ExpectedClass> classes;
-    ExpectedClass *current = nullptr;
+    std::string owner;
     std::ifstream file(ORVANE_SURFACE);
     for (std::string line; std::getline(file, line);) {
         Fields fields;
@@ -35,10 +35,11 @@ std::map<std::string, ExpectedClass> ReadSurface()
         const std::string kind = fields.front();
         fields.erase(fields.begin());
         if (kind == "class") {
-            current = &classes[fields[0]];
-            current->doc = fields[1];
+            owner = fields[0];
+            classes[owner].doc = fields[1];
         } else {
-            (kind == "attribute" ? current->attributes : current->methods).push_back(fields);
+            ExpectedClass &expected = classes[owner];
+            (kind == "attribute" ? expected.attributes : expected.methods).push_back(fields);
         }
     }
     return classes;
