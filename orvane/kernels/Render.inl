@@ -362,6 +362,7 @@ inline void FillPixels(RenderState &state, int row, const float *values, int col
     for (int column = 0; column < tileColumns; column += wideLanes)
         StoreBytes(high + column, ToBytes(LoadWide(values + column) + bound, offset));
     for (int column = 0; column < columns; ++column)
+        // cppcheck-suppress uninitvar ; StoreBytes has filled whole vectors of it
         if (pixels[column] != high[column])
             pixels[column] = DecidePixel(state, row, column);
 }

@@ -247,7 +247,7 @@ inline void RotateBands(const RotationConstants &constants, const double (*matri
     }
 
     for (int n = 0; n < bands; n += lanes) {
-        VecL column;
+        VecL column{};
         for (int lane = 0; lane < lanes; ++lane)
             column[lane] = n + lane;
         MirroredColumns columns[2];
