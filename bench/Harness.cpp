@@ -55,7 +55,7 @@ public:
 /// Pieces of work that are measured together, their repetitions in random order.
 class Round {
 public:
-    void Add(const std::string &name, std::function<void()> work, int repetitions)
+    void Add(const std::string &name, const std::function<void()> &work, int repetitions)
     {
         benchmark::RegisterBenchmark(name.c_str(),
                                      [work](benchmark::State &state) {

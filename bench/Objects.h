@@ -24,7 +24,7 @@ inline std::shared_ptr<SphericalHarmonic> MakeSet(int numBands)
     platform::RuntimeRandom random;
     for (int l = 0; l < numBands; ++l)
         for (int i = l * l; i < (l + 1) * (l + 1); ++i)
-            set->coefficients[i] = (random.Next() / 16384.0f - 1.0f) / (l + 1);
+            set->coefficients[i] = static_cast<float>((random.Next() / 16384.0 - 1.0) / (l + 1));
     return set;
 }
 

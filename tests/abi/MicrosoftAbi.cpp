@@ -3,6 +3,7 @@
 // compiler prints are compared by CheckVirtualTables.cmake.
 
 #include "teskexposure/include/TeskRecords"
+#include "teskexposure/include/TeskSmartPtr"
 #include "teskexposure/include/TeskWeakRef"
 
 #include <stddef.h>
@@ -71,4 +72,7 @@ static_assert(sizeof(RootRefLockWR<Exposed>) == 16 + 8 + 88 + 8);
 // What a thunk is handed: an object and one of its operations.
 static_assert(sizeof(Exposed *) + sizeof(double(Exposed::*)(int, double, double)) == 16);
 
+static_assert(sizeof(TeskSmartPtr<Exposed>) == 8);
+
 template class RootRefLockWR<Exposed>;
+template class TeskSmartPtr<Exposed>;
