@@ -113,12 +113,13 @@ void RotateZ(const SphericalHarmonic &in, double angle, SphericalHarmonic &out)
 void RotateSH(const SphericalHarmonic &in, const double matrix[3][3], SphericalHarmonic &out,
               const Kernels &kernels)
 {
+    const RotationConstants &constants = Constants(); // allocated by the first call
     out.coefficients.assign_zeros(tableCoefficients);
     out.numBands = tableBands;
     const int bands = WholeTableBands(in.coefficients.size());
     if (bands == 0)
         return;
-    kernels.rotation(Constants(), matrix, in.coefficients.data(), bands, out.coefficients.data());
+    kernels.rotation(constants, matrix, in.coefficients.data(), bands, out.coefficients.data());
 }
 
 } // namespace orvane

@@ -3,6 +3,7 @@
 #include "tesk/core/ClassTable.h"
 
 #include "tesk/core/Accounts.h"
+#include "tesk/core/NeverDestroyed.h"
 #include "tesk/core/ServiceObject.h"
 #include "teskexposure/include/TeskCollections"
 #include "teskexposure/include/TeskHost"
@@ -10,18 +11,20 @@
 namespace tesk {
 namespace {
 
-/// Never destroyed: objects may be created while the process ends.
+/// Objects may be created while the process ends.
 std::vector<Tx::ClassRegistration> &Classes()
 {
-    static auto &classes = *new std::vector<Tx::ClassRegistration>;
-    return classes;
+    static NeverDestroyed<std::vector<Tx::ClassRegistration>> classes;
+    return classes.object;
 }
 
 class ClassTable final : public ServiceObject<ITeskClasses> {
 public:
     /// A class that registers again (its module was loaded anew) replaces its old registration.
+    /// @throws std::bad_alloc; no class is registered then
     void RegisterClasses(const Tx::ClassRegistrationList &registrations) override
     {
+        Classes().reserve(Classes().size() + registrations.size());
         for (const Tx::ClassRegistration &registration : registrations) {
             std::erase_if(Classes(), [&](const Tx::ClassRegistration &known) {
                 return known.descriptor->clsid->IsEqual(*registration.descriptor->clsid);

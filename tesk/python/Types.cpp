@@ -5,16 +5,16 @@
 #include "tesk/python/Wrapper.h"
 
 #include <cstring>
+#include <memory>
 #include <new>
 #include <string>
 
 namespace {
 
-/// A copy of `text` that lives as long as the process.
-char *Keep(const std::string &text)
+std::unique_ptr<char[]> Copy(const std::string &text)
 {
-    char *const copy = new char[text.size() + 1];
-    std::memcpy(copy, text.c_str(), text.size() + 1);
+    auto copy = std::make_unique<char[]>(text.size() + 1);
+    std::memcpy(copy.get(), text.c_str(), text.size() + 1);
     return copy;
 }
 
@@ -25,9 +25,10 @@ bool Finish(PyObject *module, const char *moduleName, const ClassDescriptor &des
     PyTypeObject &type = *descriptor.pyType;
     const char *const className = descriptor.clsid->GetName();
     if (!(type.tp_flags & Py_TPFLAGS_READY)) {
-        type.tp_name = Keep(std::string(moduleName) + "." + className);
-        type.tp_methods = descriptor.methods;
+        auto name = Copy(std::string(moduleName) + "." + className);
         type.tp_getset = tesk::MakeAttributes(descriptor.attributes);
+        type.tp_methods = descriptor.methods;
+        type.tp_name = name.release(); // lives as long as the type
         if (PyType_Ready(&type) < 0)
             return false;
     }

@@ -1,5 +1,6 @@
 #include "tesk/python/Wrapper.h"
 
+#include "tesk/core/NeverDestroyed.h"
 #include "tesk/core/ServiceObject.h"
 
 #include <cstddef>
@@ -11,12 +12,11 @@ namespace {
 
 using WrapperMap = std::unordered_map<IRoot *, Wrapper *>;
 
-/// Host object (its GetRoot()) to living wrapper. Never destroyed: wrappers may outlive static
-/// destruction.
+/// Host object (its GetRoot()) to living wrapper. Wrappers may outlive static destruction.
 WrapperMap &Wrappers()
 {
-    static WrapperMap &wrappers = *new WrapperMap;
-    return wrappers;
+    static NeverDestroyed<WrapperMap> wrappers;
+    return wrappers.object;
 }
 
 /// The type that stands for the objects of `root`'s class; null with a Python error set where no

@@ -2,9 +2,9 @@
 
 // A class of objects to try the host with, and a fixture that sees to it that nothing is left.
 
-#include "tesk/TeskReport.h"
 #include "teskexposure/include/TeskCollections"
 #include "teskexposure/include/TeskWeakRef"
+#include "tests/tesk/NothingIsLeft.h"
 
 #include <gtest/gtest.h>
 
@@ -57,15 +57,7 @@ protected:
     }
 
     /// A test that provokes assertions looks at them and resets the report.
-    void TearDown() override
-    {
-        const TeskTotals totals = TeskReportTotals();
-        EXPECT_EQ(totals.liveObjects, 0);
-        EXPECT_EQ(totals.allocations, 0);
-        EXPECT_EQ(totals.bytes, 0);
-        EXPECT_EQ(totals.assertionHits, 0);
-        EXPECT_FALSE(TeskFailureIsPending());
-    }
+    void TearDown() override { ExpectNothingIsLeft(); }
 
     /// A new object through its factory; null where that fails.
     static TestObject *Create(const char *interface = "IRoot")
