@@ -62,7 +62,8 @@ constexpr int BandsReached(std::int32_t count)
 /// K(l, m) at CoefficientIndex(l, m), the sqrt(2) of the real functions of m != 0 included.
 const std::array<double, tableCoefficients> &NormalisationTable();
 
-/// Associated Legendre function P(l, m, x) with its sign (-1)^m; 0 where l < m.
+/// Associated Legendre function P(l, m, x) with its sign (-1)^m; 0 where l < m. For single values:
+/// the tables come out of one pass over all of them.
 /// @param l 0 and up
 /// @param m 0 and up
 /// @param x cos theta, -1 to 1

@@ -4,7 +4,7 @@ namespace literal {
 
 static bool Applies(const Set &t, const Set &s)
 {
-    return s.coefficients.size() >= 1 && s.coefficients.size() <= t.coefficients.size();
+    return !s.coefficients.empty() && s.coefficients.size() <= t.coefficients.size();
 }
 
 void Add(Set &t, Set s)

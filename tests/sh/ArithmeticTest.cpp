@@ -23,7 +23,7 @@ literal::Set Random(int bands, int count, unsigned seed)
 
 std::shared_ptr<SphericalHarmonic> Make(const literal::Set &set)
 {
-    const auto sh = MakeObject<SphericalHarmonic>();
+    auto sh = MakeObject<SphericalHarmonic>();
     sh->coefficients.resize(set.coefficients.size());
     std::copy(set.coefficients.begin(), set.coefficients.end(), sh->coefficients.begin());
     sh->numBands = set.numBands;

@@ -88,7 +88,8 @@ TEST(Basis, FoldsLargeAnglesExactly)
     ASSERT_EQ(std::ldexp(turn, -21), TWO_PI_F);
     std::mt19937_64 random(2);
     for (int exponent = 32; exponent < 1024; exponent += 7) {
-        const double angle = std::ldexp(1.0 + (random() >> 12) * 0x1p-52, exponent);
+        const double mantissa = static_cast<double>((random() >> 12) | std::uint64_t{1} << 52);
+        const double angle = std::ldexp(mantissa, exponent - 52);
         std::uint64_t units = static_cast<std::uint64_t>(std::ldexp(angle, 52 - exponent)) % turn;
         for (int bit = 0; bit < exponent - 52 + 21; ++bit)
             units = units * 2 % turn;

@@ -64,7 +64,7 @@ std::vector<float> Random(int count, unsigned seed)
 
 std::shared_ptr<SphericalHarmonic> Make(int bands, const std::vector<float> &values)
 {
-    const auto sh = MakeObject<SphericalHarmonic>();
+    auto sh = MakeObject<SphericalHarmonic>();
     sh->coefficients.resize(values.size());
     std::copy(values.begin(), values.end(), sh->coefficients.begin());
     sh->numBands = bands;

@@ -19,7 +19,7 @@ TEST(SphericalHarmonic, KeepsTheLowerCoefficientsWhenResized)
     sh->SetNumBands(3);
     EXPECT_EQ(Values(*sh), std::vector<float>(9));
     for (int k = 0; k < 9; ++k)
-        sh->SetCoefficient(k, k + 1.0f);
+        sh->SetCoefficient(k, static_cast<float>(k + 1));
     sh->SetNumBands(2);
     EXPECT_EQ(Values(*sh), (std::vector<float>{1, 2, 3, 4}));
     sh->SetNumBands(3);
