@@ -2,11 +2,13 @@
 
 #include "orvane/builder/SHBuilder.h"
 #include "orvane/module/PythonErrors.h"
+#include "orvane/module/SharedView.h"
 #include "orvane/sh/Errors.h"
 #include "teskexposure/include/TeskRecords"
 #include "tests/module/Interpreter.h"
 
 #include <functional>
+#include <memory>
 #include <new>
 #include <stdexcept>
 #include <vector>
@@ -105,6 +107,17 @@ TEST(Entry, NegativeLengthsOfBuffersMatchNoSize)
         EXPECT_EQ(entry(builder.Get(), test.arguments.Get()), nullptr);
         EXPECT_EQ(TakeError(), test.error);
     }
+}
+
+TEST(SharedView, GivesItsShareBack)
+{
+    const auto block = std::make_shared<int>(5);
+    {
+        const Reference view(orvane::binding::SharedView(block, sizeof(int)).object);
+        const Reference part(PyBuffer_FromObject(view.Get(), 0, 2));
+        EXPECT_EQ(block.use_count(), 2); // both stand on the same owner
+    }
+    EXPECT_EQ(block.use_count(), 1);
 }
 
 TEST(PythonErrors, StandForCppExceptions)
