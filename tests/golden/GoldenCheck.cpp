@@ -3,6 +3,7 @@
 // Compares the library, and the literal model, with the golden vectors; with --write computes the
 // vectors' results anew with the literal model.
 
+#include "orvane/kernels/Kernels.h"
 #include "tests/golden/Recipes.h"
 
 #include <cstdio>
@@ -22,6 +23,7 @@ void WriteResults(const char *path)
 /// Prints the table; whether all pass.
 bool CheckResults(const char *path)
 {
+    std::printf("Kernels: %s\n", orvane::Name(orvane::BestKernels().instructionSet));
     bool pass = true;
     for (const golden::Vector &vector : golden::Read(path).vectors) {
         const golden::Values shipped = golden::RunShipped(vector);
