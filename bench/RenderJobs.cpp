@@ -3,7 +3,7 @@
 #include "bench/Harness.h"
 #include "bench/Jobs.h"
 #include "bench/Objects.h"
-#include "tests/model/LiteralRender.h"
+#include "model/LiteralRender.h"
 
 #include <string>
 

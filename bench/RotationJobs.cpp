@@ -3,8 +3,8 @@
 #include "bench/Harness.h"
 #include "bench/Jobs.h"
 #include "bench/Objects.h"
+#include "model/LiteralRotation.h"
 #include "orvane/sh/Rotation.h"
-#include "tests/model/LiteralRotation.h"
 
 #include <benchmark/benchmark.h>
 

@@ -3,8 +3,8 @@
 #include "bench/Harness.h"
 #include "bench/Jobs.h"
 #include "bench/Objects.h"
+#include "model/LiteralImportance.h"
 #include "orvane/builder/QuadTree.h"
-#include "tests/model/LiteralImportance.h"
 
 #include <benchmark/benchmark.h>
 

@@ -3,7 +3,7 @@
 #include "bench/Harness.h"
 #include "bench/Jobs.h"
 #include "bench/Objects.h"
-#include "tests/model/LiteralModel.h"
+#include "model/LiteralModel.h"
 
 #include <benchmark/benchmark.h>
 

@@ -2,16 +2,16 @@
 // is compared with the literal model bit for bit, so that a finding is a wrong bit as well as a
 // report of a sanitizer.
 
+#include "model/LiteralArithmetic.h"
+#include "model/LiteralImportance.h"
+#include "model/LiteralModel.h"
+#include "model/LiteralProjection.h"
+#include "model/LiteralRender.h"
+#include "model/LiteralRotation.h"
 #include "orvane/builder/SHBuilder.h"
 #include "orvane/kernels/InstructionSet.h"
 #include "orvane/sh/Rotation.h"
 #include "platform/RuntimeRandom.h"
-#include "tests/model/LiteralArithmetic.h"
-#include "tests/model/LiteralImportance.h"
-#include "tests/model/LiteralModel.h"
-#include "tests/model/LiteralProjection.h"
-#include "tests/model/LiteralRender.h"
-#include "tests/model/LiteralRotation.h"
 #include "tests/native/MakeObject.h"
 
 #include <fuzzer/FuzzedDataProvider.h>

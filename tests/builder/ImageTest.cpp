@@ -1,7 +1,7 @@
+#include "model/LiteralRender.h"
 #include "orvane/builder/SHBuilder.h"
 #include "orvane/kernels/Kernels.h"
 #include "orvane/sh/Errors.h"
-#include "tests/model/LiteralRender.h"
 #include "tests/native/MakeObject.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
+#include "model/LiteralImportance.h"
 #include "orvane/builder/SHBuilder.h"
 #include "orvane/kernels/Kernels.h"
 #include "orvane/sh/Errors.h"
 #include "platform/RuntimeRandom.h"
 #include "tests/kernels/EachInstructionSet.h"
-#include "tests/model/LiteralImportance.h"
 #include "tests/native/MakeObject.h"
 #include "tests/native/SameBits.h"
 

@@ -1,7 +1,7 @@
+#include "model/LiteralMipMaps.h"
 #include "orvane/builder/SHBuilder.h"
 #include "orvane/sh/Errors.h"
 #include "orvane/sh/LegendreIntegrals.h"
-#include "tests/model/LiteralMipMaps.h"
 #include "tests/native/MakeObject.h"
 
 #include <gtest/gtest.h>

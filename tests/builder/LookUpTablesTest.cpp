@@ -1,11 +1,11 @@
 #include "orvane/builder/LookUpTables.h"
 
+#include "model/LiteralModel.h"
 #include "orvane/builder/SHBuilder.h"
 #include "orvane/sh/Basis.h"
 #include "orvane/sh/Constants.h"
 #include "orvane/sh/Errors.h"
 #include "tests/kernels/EachInstructionSet.h"
-#include "tests/model/LiteralModel.h"
 #include "tests/native/MakeObject.h"
 
 #include <gtest/gtest.h>

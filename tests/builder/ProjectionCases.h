@@ -2,9 +2,9 @@
 
 // Builders beside the literal tables of the same size, with samples of the same values.
 
+#include "model/LiteralProjection.h"
 #include "orvane/builder/SHBuilder.h"
 #include "tests/kernels/EachInstructionSet.h"
-#include "tests/model/LiteralProjection.h"
 #include "tests/native/MakeObject.h"
 #include "tests/native/SameBits.h"
 

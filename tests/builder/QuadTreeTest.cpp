@@ -1,5 +1,5 @@
 #include "orvane/builder/QuadTree.h"
-#include "tests/model/LiteralImportance.h"
+#include "model/LiteralImportance.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "orvane/builder/Random.h"
 
+#include "model/LiteralProjection.h"
 #include "orvane/builder/SHBuilder.h"
-#include "tests/model/LiteralProjection.h"
 #include "tests/native/MakeObject.h"
 
 #include <gtest/gtest.h>

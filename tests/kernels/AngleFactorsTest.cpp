@@ -1,5 +1,5 @@
+#include "model/LiteralModel.h"
 #include "tests/kernels/EachInstructionSet.h"
-#include "tests/model/LiteralModel.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
+#include "model/LiteralRender.h"
 #include "orvane/kernels/PolarTable.h"
 #include "tests/kernels/EachInstructionSet.h"
-#include "tests/model/LiteralRender.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "orvane/sh/Arithmetic.h"
 
+#include "model/LiteralArithmetic.h"
 #include "orvane/sh/SphericalHarmonic.h"
-#include "tests/model/LiteralArithmetic.h"
 #include "tests/native/MakeObject.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "orvane/sh/Basis.h"
 
+#include "model/LiteralModel.h"
 #include "orvane/sh/Constants.h"
-#include "tests/model/LiteralModel.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "orvane/sh/LegendreIntegrals.h"
-#include "tests/model/LiteralModel.h"
+#include "model/LiteralModel.h"
 
 #include <gtest/gtest.h>
 

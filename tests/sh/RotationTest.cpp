@@ -1,9 +1,9 @@
 #include "orvane/sh/Rotation.h"
 
+#include "model/LiteralRotation.h"
 #include "orvane/sh/Basis.h"
 #include "orvane/sh/SphericalHarmonic.h"
 #include "tests/kernels/EachInstructionSet.h"
-#include "tests/model/LiteralRotation.h"
 #include "tests/native/MakeObject.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "tests/model/LiteralArithmetic.h"
+#include "model/LiteralArithmetic.h"
 
 namespace literal {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/model/LiteralModel.h"
+#include "model/LiteralModel.h"
 
 #include <cstdint>
 

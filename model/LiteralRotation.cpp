@@ -1,4 +1,4 @@
-#include "tests/model/LiteralRotation.h"
+#include "model/LiteralRotation.h"
 
 #include <cmath>
 #include <cstdlib>

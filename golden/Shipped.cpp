@@ -1,8 +1,8 @@
 // Runs recipes with the library.
 
+#include "golden/Recipes.h"
 #include "orvane/builder/SHBuilder.h"
 #include "orvane/sh/Rotation.h"
-#include "tests/golden/Recipes.h"
 #include "tests/native/MakeObject.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "tests/golden/Recipes.h"
+#include "golden/Recipes.h"
 
 #include "platform/RuntimeRandom.h"
 

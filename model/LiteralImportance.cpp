@@ -1,4 +1,4 @@
-#include "tests/model/LiteralImportance.h"
+#include "model/LiteralImportance.h"
 
 #include "platform/RuntimeRandom.h"
 

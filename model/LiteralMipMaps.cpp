@@ -1,4 +1,4 @@
-#include "tests/model/LiteralMipMaps.h"
+#include "model/LiteralMipMaps.h"
 
 #include <cmath>
 

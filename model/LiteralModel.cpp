@@ -1,4 +1,4 @@
-#include "tests/model/LiteralModel.h"
+#include "model/LiteralModel.h"
 
 #include <cmath>
 

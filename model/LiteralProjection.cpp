@@ -1,4 +1,4 @@
-#include "tests/model/LiteralProjection.h"
+#include "model/LiteralProjection.h"
 
 #include "platform/RuntimeRandom.h"
 

@@ -2,7 +2,7 @@
 
 // Importance sampling as plain loops and a tree of allocated cells.
 
-#include "tests/model/LiteralProjection.h"
+#include "model/LiteralProjection.h"
 
 #include <memory>
 #include <vector>

@@ -1,11 +1,11 @@
 // Runs recipes with the literal model.
 
+#include "golden/Recipes.h"
+#include "model/LiteralImportance.h"
+#include "model/LiteralProjection.h"
+#include "model/LiteralRender.h"
+#include "model/LiteralRotation.h"
 #include "platform/RuntimeRandom.h"
-#include "tests/golden/Recipes.h"
-#include "tests/model/LiteralImportance.h"
-#include "tests/model/LiteralProjection.h"
-#include "tests/model/LiteralRender.h"
-#include "tests/model/LiteralRotation.h"
 
 #include <cmath>
 #include <map>

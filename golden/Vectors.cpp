@@ -1,4 +1,4 @@
-#include "tests/golden/Vectors.h"
+#include "golden/Vectors.h"
 
 #include <algorithm>
 #include <bit>

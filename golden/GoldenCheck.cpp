@@ -3,8 +3,8 @@
 // Compares the library, and the literal model, with the golden vectors; with --write computes the
 // vectors' results anew with the literal model.
 
+#include "golden/Recipes.h"
 #include "orvane/kernels/Kernels.h"
-#include "tests/golden/Recipes.h"
 
 #include <cstdio>
 #include <cstring>

@@ -2,7 +2,7 @@
 
 // Two ways to run a recipe: with the library, and with the literal model.
 
-#include "tests/golden/Vectors.h"
+#include "golden/Vectors.h"
 
 #include <cstdint>
 

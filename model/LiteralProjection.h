@@ -2,7 +2,7 @@
 
 // Samples and projections as plain loops.
 
-#include "tests/model/LiteralModel.h"
+#include "model/LiteralModel.h"
 
 #include <cstddef>
 #include <cstdint>

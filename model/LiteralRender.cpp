@@ -1,4 +1,4 @@
-#include "tests/model/LiteralRender.h"
+#include "model/LiteralRender.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,7 @@
 
 // The parts of the integral mip-maps that are fixed to the bit.
 
-#include "tests/model/LiteralModel.h"
+#include "model/LiteralModel.h"
 
 #include <vector>
 
