@@ -21,6 +21,7 @@ namespace orvane {
 namespace {
 
 constexpr int columns = 1 << quadTreeDepth; ///< cells of the deepest level along either axis
+constexpr int half = columns / 2;
 constexpr float rootPhiMax = 6.2831855f;
 
 /// Entry k is where column k begins in phi. Nothing compares with the root's own bounds: the last
@@ -28,9 +29,9 @@ constexpr float rootPhiMax = 6.2831855f;
 constexpr std::array<double, columns + 1> columnBounds = [] {
     std::array<float, columns + 1> bounds{};
     bounds[columns] = rootPhiMax;
-    for (int half = columns / 2; half > 0; half /= 2)
-        for (int middle = half; middle < columns; middle += 2 * half)
-            bounds[middle] = (bounds[middle - half] + bounds[middle + half]) * 0.5f;
+    for (int step = half; step > 0; step /= 2)
+        for (int middle = step; middle < columns; middle += 2 * step)
+            bounds[middle] = (bounds[middle - step] + bounds[middle + step]) * 0.5f;
     std::array<double, columns + 1> widened{};
     for (int k = 0; k < columns; ++k)
         widened[k] = bounds[k];
@@ -60,13 +61,13 @@ int PhiColumn(double phi)
     return guess + (phi > columnBounds[guess + 1]);
 }
 
-/// The same for cos theta, whose bounds are the multiples of 2 / columns: the scaled value is
+/// The same for cos theta, whose bounds are the multiples of 1 / half: the scaled value is
 /// exact, and the column is that value rounded up, less one. Only cos theta = -1 gives -1.
 int CosColumn(double cosTheta)
 {
-    const double scaled = cosTheta * (columns / 2);
+    const double scaled = cosTheta * half;
     const int truncated = static_cast<int>(scaled);
-    return truncated + (scaled > truncated) + columns / 2 - 1;
+    return truncated + (scaled > truncated) + half - 1;
 }
 
 /// Entry k + 1 is column k with a zero bit put above each of its bits; column -1 counts as 0.

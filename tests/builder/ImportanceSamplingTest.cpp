@@ -156,14 +156,17 @@ TEST(ImportanceSampling, PointsWhereTheMeanIs)
         for (const double longitude : {0.0, 2.0, 6.0}) {
             const SphericalHarmonic &set = sampled.Make(latitude, longitude, 0.2);
             double highest = -1.0, bestTheta = 0.0, bestPhi = 0.0;
-            for (double theta = 0.0; theta < 3.14; theta += 0.04)
-                for (double phi = 0.0; phi < 6.28; phi += 0.04)
-                    if (const double value = sampled.builder->GetValueAtBand(set, phi, theta, 12);
-                        value > highest) {
-                        highest = value;
-                        bestTheta = theta;
-                        bestPhi = phi;
-                    }
+            for (int cell = 0; cell < 80 * 160; ++cell) {
+                const int row = cell / 160;
+                const double theta = row * 0.039;
+                const double phi = (cell - row * 160) * 0.039;
+                const double value = sampled.builder->GetValueAtBand(set, phi, theta, 12);
+                if (value > highest) {
+                    highest = value;
+                    bestTheta = theta;
+                    bestPhi = phi;
+                }
+            }
             const double cosine =
                 std::cos(bestTheta) * std::cos(latitude) +
                 std::sin(bestTheta) * std::sin(latitude) * std::cos(bestPhi - longitude);

@@ -15,12 +15,12 @@ orvane::QuadTree tree;
 
 void ExpectLiteralLeaves(const std::vector<QuadPoint> &points)
 {
-    std::vector<literal::ImportanceSample> samples;
-    std::vector<literal::ImportanceSample *> pointers;
-    for (const QuadPoint &point : points)
-        samples.push_back({point.cosTheta, 0.0, point.phi});
-    for (literal::ImportanceSample &sample : samples)
-        pointers.push_back(&sample);
+    std::vector<literal::ImportanceSample> samples(points.size());
+    std::vector<literal::ImportanceSample *> pointers(points.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        samples[i] = {points[i].cosTheta, 0.0, points[i].phi};
+        pointers[i] = &samples[i];
+    }
     const auto root = literal::BuildQuadTree(pointers);
     const std::vector<orvane::QuadLeaf> &leaves = tree.FindLeaves(points);
     ASSERT_EQ(leaves.size(), points.size());
@@ -34,7 +34,7 @@ void ExpectLiteralLeaves(const std::vector<QuadPoint> &points)
 double NearMidline(float low, float high, std::mt19937 &random)
 {
     float middle = 0;
-    for (int depth = random() % 11; depth >= 0; --depth) {
+    for (auto depth = random() % 11 + 1; depth > 0; --depth) {
         middle = (low + high) * 0.5f;
         (random() % 2 ? low : high) = middle;
     }
