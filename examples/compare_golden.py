@@ -4,9 +4,11 @@ Runs inside any host whose Python 2.7 can import _Orvane. Vectors in which no li
 part have to be equal to the bit; the others may differ by the tolerance that the vector states.
 
 usage: compare_golden.py [VECTORS]
+       compare_golden.py --write VECTORS     writes the results of the module at hand instead
 """
 
 import os
+import re
 import struct
 import sys
 
@@ -14,14 +16,15 @@ import _Orvane
 
 VECTORS = os.path.join(os.path.dirname(os.path.abspath(__file__)),
                        "..", "tests", "golden", "vectors.txt")
+TRAILING_ZEROS = re.compile(r"\.?0*p")
 
 
 class Vector(object):
     """One recipe with the result that it has to give."""
 
     def __init__(self, block):
-        recipe, result = block.split("\nresult ")
-        lines = recipe.splitlines()
+        self.recipe, result = block.split("\nresult ")
+        lines = self.recipe.splitlines()
         self.name = lines[0]
         self.functions = lines[1].split()[1:]
         self.exact = self.functions == ["none"]
@@ -34,6 +37,17 @@ class Vector(object):
         else:
             self.expected = [float.fromhex(value) for value in values]
             self.expected += [0.0] * (count - len(values))
+
+    def value_lines(self, values):
+        """The lines that a result stands in."""
+        if self.target == "image":
+            for i in range(0, len(values), 48):
+                yield "".join("%02x" % value for value in values[i:i + 48])
+            return
+        while values and bits(values[-1]) == bits(0.0):
+            values = values[:-1]
+        for i in range(0, len(values), 6):
+            yield " ".join(TRAILING_ZEROS.sub("p", value.hex()) for value in values[i:i + 6])
 
     def run(self):
         """What the module at hand gives: coefficients, pixels or the methods' results."""
@@ -57,10 +71,22 @@ class Vector(object):
 
 
 def read_vectors(path):
-    """The vectors of a file, in its order."""
+    """The text before the first vector, and the vectors."""
     with open(path) as text:
         blocks = text.read().split("\nvector ")
-    return [Vector(block) for block in blocks[1:]]
+    return blocks[0], [Vector(block) for block in blocks[1:]]
+
+
+def write_vectors(path):
+    """Puts the results of the module at hand into a file of vectors."""
+    head, vectors = read_vectors(path)
+    with open(path, "wb") as text:
+        text.write(head)
+        for vector in vectors:
+            values = vector.run()
+            text.write("\nvector %s\nresult %s %d\n"
+                       % (vector.recipe, vector.target, len(values)))
+            text.writelines(line + "\n" for line in vector.value_lines(values))
 
 
 def draws(seed, count):
@@ -130,11 +156,13 @@ def compare(vector, actual):
 
 
 def main():
+    if sys.argv[1:2] == ["--write"]:
+        return write_vectors(sys.argv[2])
     failures = 0
-    for vector in read_vectors(sys.argv[1] if len(sys.argv) > 1 else VECTORS):
+    for vector in read_vectors(sys.argv[1] if len(sys.argv) > 1 else VECTORS)[1]:
         passes, verdict = compare(vector, vector.run())
         failures += not passes
-        print "%-4s %-32s %-24s %s" % ("ok" if passes else "FAIL", vector.name,
+        print "%-4s %-24s %-24s %s" % ("ok" if passes else "FAIL", vector.name,
                                        " ".join(vector.functions), verdict)
     return 1 if failures else 0
 
