@@ -1,6 +1,6 @@
 # What `cmake --install` lays out:
 #   bin/                   the minimal host, tesk-run
-#   lib/orvane/            the module and the host's stand-in, side by side
+#   lib/orvane/            the module with its typed stub, and the host's stand-in, side by side
 #   include/orvane/        the host's headers, under the paths by which they include each other
 #   lib/cmake/Orvane/      what find_package(Orvane) reads
 #   share/doc/orvane/      the documents
@@ -21,6 +21,7 @@ install(TARGETS tesk _Orvane orvane_host_headers EXPORT OrvaneTargets
 set_target_properties(tesk-run PROPERTIES
     INSTALL_RPATH "$ORIGIN/../${ORVANE_MODULE_FOLDER};${PYTHON27_LIBDIR}")
 install(TARGETS tesk-run RUNTIME)
+install(FILES orvane/module/_Orvane.pyi DESTINATION ${ORVANE_MODULE_FOLDER})
 install(EXPORT OrvaneTargets NAMESPACE Orvane:: DESTINATION ${packageFolder})
 install(DIRECTORY teskexposure vexcore DESTINATION ${ORVANE_HEADER_FOLDER})
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR})

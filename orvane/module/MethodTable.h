@@ -54,10 +54,11 @@ struct ArgumentNote {
 
 /// What the manual says beside the docstring. Python never sees it.
 struct Note {
+    const char *what = nullptr; ///< a sentence: what the method does
     std::array<ArgumentNote, maxArguments> arguments{};
-    const char *result = nullptr;  ///< null where the type says it all
+    const char *result = nullptr;  ///< null for None
     const char *errors = nullptr;  ///< beyond wrong counts and types of arguments
-    const char *remarks = nullptr; ///< what the call does where the docstring is wrong or silent
+    const char *remarks = nullptr; ///< more about it, and where the docstring is wrong
 };
 
 struct MethodRow {
@@ -90,13 +91,18 @@ struct ClassTable {
     std::span<const MethodRow> methods;
 };
 
-/// Whether every row's note names exactly the arguments that the entry takes.
+/// Whether every row's note says what the method does and gives, and names exactly the arguments
+/// that the entry takes.
 constexpr bool NotesFitEntries(std::span<const MethodRow> rows)
 {
-    for (const MethodRow &row : rows)
+    for (const MethodRow &row : rows) {
+        if (!row.note.what ||
+            (row.note.result != nullptr) != (row.entry.result != ScriptType::None))
+            return false;
         for (std::size_t i = 0; i < maxArguments; ++i)
             if ((row.note.arguments[i].name != nullptr) != (i < row.entry.argumentCount))
                 return false;
+    }
     return true;
 }
 

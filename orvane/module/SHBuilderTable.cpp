@@ -79,13 +79,14 @@ NewReference<ScriptType::Set> CreateSHFromImageBuffer(SHBuilder &builder, std::i
 constexpr AttributeRow attributes[] = {
     {"angleName", AttributeTypeDouble, offsetof(SHBuilder, angleScale), AttributeReadable,
      "The angle scale for used converting phi and theta to lut lookup indices",
-     "Table steps per radian; 0.0 before GenerateLookUpTables. Read-only."},
+     "Table steps per radian; 0.0 before GenerateLookUpTables."},
     {"numSteps", AttributeTypeInt32, offsetof(SHBuilder, numSteps), AttributeReadable,
-     "The number of steps in the sin and cos LUT", "0 before GenerateLookUpTables. Read-only."},
+     "The number of steps in the sin and cos LUT",
+     "Steps in a full circle, as GenerateLookUpTables was given them; 0 before."},
     {"maxBands", AttributeTypeInt32, offsetof(SHBuilder, maxBands), AttributeReadable,
-     "The max number of bans supported", "30; 0 before GenerateLookUpTables. Read-only."},
+     "The max number of bans supported", "30 from GenerateLookUpTables on; 0 before."},
     {"maxCoefficients", AttributeTypeInt32, offsetof(SHBuilder, maxCoefficients), AttributeReadable,
-     "The max number of coefficents supported", "900; 0 before GenerateLookUpTables. Read-only."},
+     "The max number of coefficents supported", "900 from GenerateLookUpTables on; 0 before."},
 };
 
 // Texts that several notes share.
@@ -109,7 +110,8 @@ constexpr const char *projectionErrors =
     "RuntimeError where there are points but no tables; ValueError for another number of bands; "
     "MemoryError.";
 constexpr const char *projectionRemarks =
-    "Projects over the points of GenerateSphericalSamples; without any, every coefficient is NaN.";
+    "Projects the function over the points of GenerateSphericalSamples; without any, every "
+    "coefficient is NaN.";
 constexpr const char *missingOperand = "TypeError where a set is None.";
 constexpr const char *smallerSource =
     "Acts on as many coefficients as the source has. A source that is empty or has more than the "
@@ -128,7 +130,8 @@ constexpr MethodRow methods[] = {
     {"GetValueAt",
      Tuple<"Odd", &SHBuilder::GetValueAt>(),
      "Get the value of a spherical harmonic at a spherical coordinate (phi, theta)",
-     {.arguments = {{aSet, azimuth, polarAngle}},
+     {.what = "Evaluates a set at one point.",
+      .arguments = {{aSet, azimuth, polarAngle}},
       .result = "the sum over the bands that numBands tells",
       .errors = evaluationErrors,
       .remarks = "Angles are cut down to steps of the tables, not interpolated. A set without "
@@ -137,16 +140,17 @@ constexpr MethodRow methods[] = {
     {"GetValueAtBand",
      Tuple<"Oddi", &SHBuilder::GetValueAtBand>(),
      "Get the value of a spherical harmonic at a spherical coordinate (phi, theta, band)",
-     {.arguments = {{aSet, azimuth, polarAngle, {"band", "number of bands to add up"}}},
+     {.what = "Evaluates the first bands of a set at one point.",
+      .arguments = {{aSet, azimuth, polarAngle, {"band", "number of bands to add up"}}},
       .result = "the sum of the first band * band terms",
       .errors = evaluationErrors,
-      .remarks = "All bands below `band` are added up: it is not the value of one band. A negative "
+      .remarks = "All bands below band are added up: it is not the value of one band. A negative "
                  "number counts like the positive one."}},
 
     {"CopySH",
      Creates<"O", &CopyInto>(),
      "Copy a spherical harmonic",
-     {.arguments = {{aSet}}, .result = newSet, .errors = "MemoryError."}},
+     {.what = "Copies a set.", .arguments = {{aSet}}, .result = newSet, .errors = "MemoryError."}},
 
     {"RotateSH",
      Creates<"OO", &RotateInto>(),
@@ -156,7 +160,8 @@ constexpr MethodRow methods[] = {
      "Argumets:\n"
      " shIn - spherical harmonic to rotate\n"
      " matrix - 4x4 matix as a 4x4 float tuples",
-     {.arguments = {{{"shIn", "the set to rotate"},
+     {.what = "Rotates a copy of a set by a matrix.",
+      .arguments = {{{"shIn", "the set to rotate"},
                      {"matrix", "a tuple of 4 tuples of 4 floats (no integers); its upper left 3x3 "
                                 "part is the rotation"}}},
       .result = "a new set, always of 30 bands",
@@ -175,9 +180,10 @@ constexpr MethodRow methods[] = {
      "Argumets:\n"
      " shIn - spherical harmonic to rotate\n"
      " angle - angle in radians to rotage SH",
-     {.arguments = {{{"shIn", "the set to rotate"}, {"angle", "in radians, single precision"}}},
+     {.what = "Rotates a copy of a set about the polar axis.",
+      .arguments = {{{"shIn", "the set to rotate"}, {"angle", "in radians, single precision"}}},
       .result = "a new set with the bands of shIn",
-      .errors = "ValueError for a number of bands whose square needs more than 32 bits; "
+      .errors = "ValueError where numBands was written to be more than 46340; "
                 "MemoryError.",
       .remarks = "The result at azimuth phi has the value of shIn at phi + angle: the pattern "
                  "moves towards smaller azimuths. The polar axis stays. Bands beyond 30 come out "
@@ -186,21 +192,22 @@ constexpr MethodRow methods[] = {
     {"GetGaussDensity",
      Thunk<&SHBuilder::GetGaussDensity>(),
      "(x, mean, stdDev)",
-     {.arguments = {{{"x", "where"},
+     {.what = "Evaluates the density of the normal distribution.",
+      .arguments = {{{"x", "where"},
                      {"mean", "the mean"},
                      {"stdDev", "the standard deviation; used as given, negative too"}}},
-      .result = "exp(-(x - mean)^2 / (2 stdDev^2)) / (stdDev sqrt(2 pi)), NaN where stdDev is 0",
-      .remarks = "The density of the normal distribution."}},
+      .result = "exp(-(x - mean)^2 / (2 stdDev^2)) / (stdDev sqrt(2 pi)), NaN where stdDev is 0"}},
 
     {"GenerateLookUpTables",
      Thunk<&SHBuilder::GenerateLookUpTables>(),
      "Generate lookup tables on for basis function calculations\n"
      "Arguments:\n"
      "numSteps - the number of steps in a circle",
-     {.arguments = {{{"numSteps", "steps in a full circle, 1 to 262144"}}},
+     {.what = "Makes the tables that evaluation, projection and rendering read.",
+      .arguments = {{{"numSteps", "steps in a full circle, 1 to 262144"}}},
       .errors = "ValueError outside the range, MemoryError; the old tables are then kept.",
-      .remarks = "Evaluation, projection and rendering read these tables. They take about 12 KB "
-                 "per step."}},
+      .remarks =
+          "They take about 12 KB per step. More steps make finer results; the examples use 1024."}},
 
     {"GenerateSphericalSamples",
      Thunk<&SHBuilder::GenerateSphericalSamples>(),
@@ -208,28 +215,32 @@ constexpr MethodRow methods[] = {
      "Arguments:\n"
      "seed - the number of steps in a circle\n"
      "sqrtNumSamples - the number of samples per axis (total is sqrtNumSamples*sqrtNumSamples)",
-     {.arguments = {{{"seed", "of the random generator, 0 to 4294967295"}, pointsPerAxis}},
+     {.what = "Makes the points over which functions and images are projected.",
+      .arguments = {{{"seed", "of the random generator, 0 to 4294967295"}, pointsPerAxis}},
       .errors = "ValueError for too many points, MemoryError; the old points are then kept.",
-      .remarks = "Makes the points over which functions and images are projected, spread evenly "
-                 "over the sphere; the same seed makes the same points. (The docstring describes "
-                 "another method.)"}},
+      .remarks = "They are spread evenly over the sphere; the same seed makes the same points. The "
+                 "docstring's first and third lines describe GenerateLookUpTables."}},
 
     {"GeneratePDFSamples",
      Thunk<&SHBuilder::GeneratePDFSamples>(),
      "Create gauss distributed samples for importance sampling and depletion profile creation\n"
      "Arguments: (seed, sqrtNumSamples, numGaussSamples)",
-     {.arguments = {{{"seed", "of the random generator"},
+     {.what = "Makes the points of CreateImportanceSampledGaussSH.",
+      .arguments = {{{"seed", "of the random generator, any int"},
                      pointsPerAxis,
                      {"numGaussSamples", "points around the mean, up to 134217728; at least the "
                                          "mean itself is made"}}},
       .errors = "ValueError for too many points, MemoryError; the old points are then kept.",
-      .remarks = "Makes the points of CreateImportanceSampledGaussSH: some around the mean, and "
-                 "an even cover of the sphere."}},
+      .remarks =
+          "Some lie around the mean, the others cover the sphere evenly. The same seed makes "
+          "the same points."}},
 
     {"GenerateImporanceIntegralMipMaps",
      Thunk<&SHBuilder::GenerateImporanceIntegralMipMaps>(),
      "Create two 1D mipmaps for integrals used in importance sampling",
-     {.errors = "RuntimeError before GenerateLookUpTables; MemoryError.",
+     {.what = "Integrates the basis functions over bands and wedges of the sphere, at twelve "
+              "resolutions.",
+      .errors = "RuntimeError before GenerateLookUpTables; MemoryError.",
       .remarks = "No other method reads them."}},
 
     {"SHBasisFunc",
@@ -240,11 +251,13 @@ constexpr MethodRow methods[] = {
      "index - index of the coefficient\n"
      "phi   - a float in range [0..2*Pi]\n"
      "theta - a float in range [0..Pi]",
-     {.arguments =
+     {.what = "Evaluates one basis function at one point.",
+      .arguments =
           {{{"index", "l * l + l + m for band l, order m; 0 to 899"}, azimuth, polarAngle}},
       .result = "the value of that basis function",
       .errors = "IndexError for another index; RuntimeError before GenerateLookUpTables; "
-                "ValueError where an angle is not finite or theta lies beyond the tables."}},
+                "ValueError where an angle is not finite or theta lies beyond the tables.",
+      .remarks = "Angles are cut down to steps of the tables, not interpolated."}},
 
     {"RenderSHToImageBuffer",
      Tuple<"Ofiii", &SHBuilder::RenderSHToImageBuffer>(),
@@ -257,35 +270,42 @@ constexpr MethodRow methods[] = {
      "offset - a offset to the scaled value in pixels\n"
      "sqrtNumSlices - the square of the number of slices to split image to (total N*N)\n"
      "sliceIndex - the index of the slice to generate",
-     {.arguments = {{aSet,
+     {.what = "Draws a set into the builder's image.",
+      .arguments = {{aSet,
                      {"scale", "pixel steps per unit of value"},
                      {"offset", "the pixel of value 0"},
-                     {"sqrtNumSlices", "N, for N * N slices; at least 1"},
+                     {"sqrtNumSlices", "N, the root of the number of slices: the image is cut into "
+                                       "N * N; at least 1, which is the whole image"},
                      {"sliceIndex", "0 to N * N - 1, row by row"}}},
       .errors = "RuntimeError without an image or before GenerateLookUpTables; ValueError for "
                 "another slice or a set with fewer coefficients than its bands need.",
-      .remarks = "Returns None; GetImageBuffer gives the pixels. A pixel is the value times scale, "
-                 "truncated, plus offset, limited to 0 to 255. Row 0 is the pole (theta 0), column "
-                 "0 is phi 0, and a pixel stands for its low corner. Rows and columns left over "
-                 "when the image is cut into slices are not written."}},
+      .remarks =
+          "Returns None, not a buffer: GetImageBuffer gives the pixels. One slice is drawn, so "
+          "that a script can draw a large image piece by piece. A pixel is the value times scale, "
+          "truncated, plus offset, limited to 0 to 255. Row 0 is the pole (theta 0), column "
+          "0 is phi 0, and a pixel stands for its low corner. Rows and columns left over "
+          "when the image is cut into slices are not written."}},
 
     {"SetImageBuffer",
      Thunk<&SHBuilder::SetImageBuffer>(),
      "Set the image buffer to a size (width, height)",
-     {.arguments = {{{"width", "in pixels, 0 or more"}, {"height", "in pixels, 0 or more"}}},
+     {.what = "Gives the builder a new, black image.",
+      .arguments = {{{"width", "in pixels, 0 or more"}, {"height", "in pixels, 0 or more"}}},
       .errors = "ValueError for a negative size or 2^31 pixels and more, MemoryError; the old "
                 "image is then kept.",
-      .remarks = "The new image is black."}},
+      .remarks = "Buffers of the old image keep it."}},
 
     {"ClearImageBuffer",
      Thunk<&SHBuilder::ClearImageBuffer>(),
      "Clear the image buffer",
-     {.remarks = "Releases the image; it does not blacken it."}},
+     {.what = "Releases the builder's image; it does not blacken it.",
+      .remarks = "Buffers of the image keep it."}},
 
     {"GetImageBuffer",
      Direct<&GetImageBuffer>(),
      "Get a python buffer for the internal image buffer owned by the builder",
-     {.result = "a read-only buffer of width * height bytes, row by row; empty without an image",
+     {.what = "Shows the builder's image in place, as bytes.",
+      .result = "a read-only buffer of width * height bytes, row by row; empty without an image",
       .errors = "MemoryError.",
       .remarks = "The buffer is live: it shows what is rendered later. It stays safe to read when "
                  "the image is replaced, cleared or gone with its builder, and then shows its last "
@@ -294,7 +314,8 @@ constexpr MethodRow methods[] = {
     {"AddSH",
      Thunk<&SHBuilder::AddSH>(),
      "Add a spherical harmonic to another",
-     {.arguments = {{target, source}},
+     {.what = "Adds a set to the target.",
+      .arguments = {{target, source}},
       .result = theTarget,
       .errors = missingOperand,
       .remarks = smallerSource}},
@@ -302,7 +323,8 @@ constexpr MethodRow methods[] = {
     {"AddScaledSH",
      Thunk<&SHBuilder::AddScaledSH>(),
      "Add a scaled spherical harmonic to another",
-     {.arguments = {{target, source, {"scale", "factor of the source"}}},
+     {.what = "Adds a multiple of a set to the target.",
+      .arguments = {{target, source, {"scale", "factor of the source"}}},
       .result = theTarget,
       .errors = missingOperand,
       .remarks = smallerSource}},
@@ -310,7 +332,8 @@ constexpr MethodRow methods[] = {
     {"SubtractSH",
      Thunk<&SHBuilder::SubtractSH>(),
      "Subtract a spherical harmonic from another",
-     {.arguments = {{target, source}},
+     {.what = "Subtracts a set from the target.",
+      .arguments = {{target, source}},
       .result = theTarget,
       .errors = missingOperand,
       .remarks = smallerSource}},
@@ -318,7 +341,8 @@ constexpr MethodRow methods[] = {
     {"SubtractScaledSH",
      Thunk<&SHBuilder::SubtractScaledSH>(),
      "Subtract a scaled spherical harmonic from another",
-     {.arguments = {{target, source, {"scale", "factor of the source"}}},
+     {.what = "Subtracts a multiple of a set from the target.",
+      .arguments = {{target, source, {"scale", "factor of the source"}}},
       .result = theTarget,
       .errors = missingOperand,
       .remarks = smallerSource}},
@@ -326,15 +350,17 @@ constexpr MethodRow methods[] = {
     {"ScaleSH",
      Thunk<&SHBuilder::ScaleSH>(),
      "Scale a spherical harmonic to another",
-     {.arguments = {{target, {"scale", "the factor"}}},
+     {.what = "Multiplies every coefficient of a set by a number.",
+      .arguments = {{target, {"scale", "the factor"}}},
       .result = theTarget,
       .errors = missingOperand,
-      .remarks = "Multiplies every coefficient. (There is no other set.)"}},
+      .remarks = "There is no other set, as the docstring has it."}},
 
     {"OffsetSH",
      Thunk<&SHBuilder::OffsetSH>(),
      "Offset a spherical harmonic to by a constant value (aka color shift)",
-     {.arguments = {{target, {"value", "4 pi times what is added to the value everywhere"}}},
+     {.what = "Makes the value of a set larger or smaller everywhere.",
+      .arguments = {{target, {"value", "4 pi times what is added to the value everywhere"}}},
       .result = theTarget,
       .errors = "TypeError where the set is None; RuntimeError before GenerateLookUpTables unless "
                 "the set is empty.",
@@ -349,7 +375,8 @@ constexpr MethodRow methods[] = {
      "from   - the start SH (when alpha=0)\n"
      "to     - the end SH (when alpha=1)\n"
      "alpha  - the mixing/blending controller.  Value in the range 0-1.0.",
-     {.arguments = {{target,
+     {.what = "Blends two sets into the target.",
+      .arguments = {{target,
                      {"from", "the set at alpha 0"},
                      {"to", "the set at alpha 1"},
                      {"alpha", "not limited: beyond 0 to 1 it extrapolates"}}},
@@ -366,7 +393,8 @@ constexpr MethodRow methods[] = {
      "toCopy     - the SH to copy and scale\n"
      "scale      - the scale to apply to the SH to copy\n"
      "toSubtract - the SH to subtract form the scaled copy",
-     {.arguments = {{target,
+     {.what = "Sets the target to one set times a number, minus another set.",
+      .arguments = {{target,
                      {"toCopy", "the set to scale"},
                      {"scale", "its factor"},
                      {"toSubtract", "the set that is taken off"}}},
@@ -377,7 +405,8 @@ constexpr MethodRow methods[] = {
     {"CreateLatitudeSH",
      Creates<"i", &SHBuilder::CreateLatitudeSH>(),
      "Create a latitude based spherical harmonic with numBands",
-     {.arguments = {{bandCount}},
+     {.what = "Makes a set of sin theta: a belt around the equator.",
+      .arguments = {{bandCount}},
       .result = "a new set: sin theta, 1 on the equator and 0 at the poles",
       .errors = projectionErrors,
       .remarks = projectionRemarks}},
@@ -385,7 +414,8 @@ constexpr MethodRow methods[] = {
     {"CreateLongtitudeSH",
      Creates<"i", &SHBuilder::CreateLongtitudeSH>(),
      "Create a longtitude based spherical harmonic with numBands",
-     {.arguments = {{bandCount}},
+     {.what = "Makes a set of sin phi, faded out towards the poles.",
+      .arguments = {{bandCount}},
       .result = "a new set: sin phi, faded to 0 at the poles",
       .errors = projectionErrors,
       .remarks = projectionRemarks}},
@@ -393,7 +423,8 @@ constexpr MethodRow methods[] = {
     {"CreateConstantSH",
      Creates<"fi", &SHBuilder::CreateConstantSH>(),
      "Create a constant value spherical harmonic (value, num bands)",
-     {.arguments = {{{"value", "4 pi times the value of the function"},
+     {.what = "Makes a set that has the same value everywhere.",
+      .arguments = {{{"value", "4 pi times the value of the function"},
                      {"numBands", "number of bands, 0 to 46340"}}},
       .result = newSet,
       .errors = "RuntimeError before GenerateLookUpTables unless numBands is 0; ValueError for "
@@ -410,14 +441,16 @@ constexpr MethodRow methods[] = {
      "stdDev   - the standard deviation of the gaussian in radians\n"
      "latitude - the latitude of the mean [0..pi)\n"
      "longitude - the longitude of the mean [0..2*pi)",
-     {.arguments = {{bandCount,
+     {.what = "Makes a set of a Gaussian around any point, by projection.",
+      .arguments = {{bandCount,
                      {"stdDev", "standard deviation in radians"},
                      {"latitude", "polar angle of the mean in radians, 0 to pi from the pole"},
                      {"longitude", "azimuth of the mean in radians"}}},
       .result = "a new set: 1 at the mean, 0 beyond five standard deviations",
       .errors = projectionErrors,
-      .remarks = "The mean is at (latitude, longitude). Projects over the points of "
-                 "GenerateSphericalSamples; without any, every coefficient is NaN."}},
+      .remarks = "The mean is at latitude and longitude, not at the pole as the docstring has it. "
+                 "Projects the function over the points of GenerateSphericalSamples; without any, "
+                 "every coefficient is NaN."}},
 
     {"CreateImportanceSampledGaussSH",
      Creates<"fff", &SHBuilder::CreateImportanceSampledGaussSH>(),
@@ -426,7 +459,8 @@ constexpr MethodRow methods[] = {
      " latitude - mean off gaussian\n"
      " longitude - mean off gaussian\n"
      " stdDev - standard deviation of the gaussian",
-     {.arguments = {{{"latitude", "polar angle of the mean in radians, 0 to pi from the pole"},
+     {.what = "Makes a set of a Gaussian around any point, by importance sampling.",
+      .arguments = {{{"latitude", "polar angle of the mean in radians, 0 to pi from the pole"},
                      {"longitude", "azimuth of the mean in radians"},
                      {"stdDev", "scale of the offsets in radians; their own standard deviation is "
                                 "about 0.659"}}},
@@ -443,7 +477,8 @@ constexpr MethodRow methods[] = {
      "Arguments:\n"
      "buffer - a python buffer containing B*B num floats (4 byte)\n"
      "numBands - the number of bands in the float array",
-     {.arguments = {{{"buffer", "numBands * numBands 4-byte floats in the machine's byte order"},
+     {.what = "Makes a set of stored coefficients.",
+      .arguments = {{{"buffer", "numBands * numBands 4-byte floats in the machine's byte order"},
                      {"numBands", "number of bands, -23170 to 23170; stored as given"}}},
       .result = newSet,
       .errors = "TypeError where there is no read buffer or its length does not fit; ValueError "
@@ -460,44 +495,52 @@ constexpr MethodRow methods[] = {
      "buffer - a python buffer containing (newBand**2 - oldBand**2) num floats (4 byte)\n"
      "oldBand - the old max band of the SH\n"
      "newBand - the number of bands in the float array",
-     {.arguments = {{{"sh", "the set that is changed"},
+     {.what = "Resizes a set and fills its upper bands with stored coefficients.",
+      .arguments = {{{"sh", "the set that is changed"},
                      {"buffer", "the coefficients of bands oldBand to newBand - 1, 4-byte floats"},
                      {"oldBand", "first band of the buffer; the set's own number is not looked at"},
                      {"newBand", "number of bands afterwards, -46340 to 46340"}}},
       .errors = "TypeError where there is no read buffer or its length does not fit; ValueError "
                 "for bands whose coefficients take 2 GB and more; MemoryError. The set is then "
                 "unchanged.",
-      .remarks = "Returns None. Coefficients below oldBand * oldBand are kept, or 0.0 where the "
+      .remarks = "Coefficients below oldBand * oldBand are kept, or 0.0 where the "
                  "set had fewer; those from newBand * newBand on are dropped."}},
 
     {"LatitudeProjectionFunc",
      Tuple<"ff", &SHBuilder::LatitudeProjectionFunc>(),
      "Project latitude function (phi, theta)",
-     {.arguments = {{{"phi", "not used"}, {"theta", "polar angle in radians, any finite number"}}},
+     {.what = "Evaluates the function that CreateLatitudeSH projects.",
+      .arguments = {{{"phi", "not used"}, {"theta", "polar angle in radians, any finite number"}}},
       .result = "sin theta, from the tables",
-      .errors = foldedAngle}},
+      .errors = foldedAngle,
+      .remarks = "Nothing is projected."}},
 
     {"LongtitudeProjectionFunc",
      Tuple<"ff", &SHBuilder::LongtitudeProjectionFunc>(),
      "Project longtitude function (phi, theta)",
-     {.arguments = {{azimuth, {"theta", "polar angle in radians"}}},
+     {.what = "Evaluates the function that CreateLongtitudeSH projects.",
+      .arguments = {{azimuth, {"theta", "polar angle in radians"}}},
       .result = "sin phi, from the tables, times 1 - ((theta - pi/2) / (pi/2))^4",
-      .errors = foldedAngle}},
+      .errors = foldedAngle,
+      .remarks = "Nothing is projected."}},
 
     {"GaussProjectionFunc",
      Tuple<"fff", &SHBuilder::GaussProjectionFunc>(),
      "Project longtitude function (longitude, latitude, stdDev)",
-     {.arguments = {{{"longitude", "azimuth in radians"},
+     {.what = "Evaluates the function that CreateGaussSH projects, with its mean at the pole.",
+      .arguments = {{{"longitude", "azimuth in radians"},
                      {"latitude", "polar angle in radians"},
                      {"stdDev", "standard deviation in radians"}}},
       .result = "the Gaussian around the pole: 1 there, 0 beyond five standard deviations; NaN "
                 "where an argument is not finite",
-      .remarks = "The function that CreateGaussSH projects, with its mean at the pole."}},
+      .remarks =
+          "Nothing is projected. The longitude changes the result by no more than rounding."}},
 
     {"SetRandomSeed",
      Thunk<&SHBuilder::SetRandomSeed>(),
      "Set the seed for the random generator",
-     {.arguments = {{{"seed", "any int"}}},
+     {.what = "Seeds the random generator.",
+      .arguments = {{{"seed", "any int"}}},
       .remarks =
           "The generator belongs to the thread, not to the builder. GenerateSphericalSamples "
           "and GeneratePDFSamples seed it themselves."}},
@@ -512,7 +555,8 @@ constexpr MethodRow methods[] = {
      "height - the pixel width of the image buffer\n"
      "band - the number of bands of the SH generated\n"
      "buffer - a python buffer wrapping an 8 bit buffer",
-     {.arguments = {{{"width", "in pixels"},
+     {.what = "Makes a set of an image.",
+      .arguments = {{{"width", "in pixels"},
                      {"height", "in pixels"},
                      {"band", "number of bands, -30 to 30; stored as given"},
                      {"buffer", "width * height bytes, row by row"}}},
@@ -520,9 +564,10 @@ constexpr MethodRow methods[] = {
       .errors = "TypeError where there is no read buffer or its length does not fit; ValueError "
                 "for a negative size, an image without pixels or more than 900 coefficients; "
                 "RuntimeError where there are points but no tables; MemoryError.",
-      .remarks = "Row 0 is the pole (theta 0), column 0 is phi 0. Projects over the points of "
-                 "GenerateSphericalSamples; without any, every coefficient is NaN. The builder's "
-                 "own image is not involved."}},
+      .remarks =
+          "Row 0 is the pole (theta 0), column 0 is phi 0. Projects the pixels over the points of "
+          "GenerateSphericalSamples; without any, every coefficient is NaN. The builder's "
+          "own image is not involved."}},
 };
 static_assert(NotesFitEntries(methods));
 

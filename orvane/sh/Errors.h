@@ -4,6 +4,7 @@
 // kind: std::out_of_range into IndexError, std::invalid_argument into ValueError, the two classes
 // below into RuntimeError and TypeError, std::bad_alloc into MemoryError.
 
+#include <cmath>
 #include <cstdio>
 #include <stdexcept>
 #include <string>
@@ -21,6 +22,8 @@ inline std::string IllegalValue(const std::string &name, int value, const std::s
 }
 inline std::string IllegalValue(const std::string &name, double value, const std::string &legal)
 {
+    if (std::isnan(value)) // its sign is of no interest
+        return name + " is nan; expected " + legal;
     char digits[32];
     std::snprintf(digits, sizeof digits, "%.17g", value);
     return name + " is " + digits + "; expected " + legal;

@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Makes docs/reference.md and the typed stub anew from the tables in orvane/module/.
+
+source "$(dirname "$0")/setup.sh"
+
+InstallPackages "${buildPackages[@]}"
+NeedPython2
+Build release orvane-manual
+
+build/release/bin/orvane-manual reference >docs/reference.md
+build/release/bin/orvane-manual stub >orvane/module/_Orvane.pyi

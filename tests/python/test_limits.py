@@ -1,0 +1,115 @@
+"""docs/limits-and-errors.md: every line raises what it says and changes nothing, and every text that
+the sources raise is on the page."""
+
+import glob
+import re
+import unittest
+
+from support import HOST, OBJECT_ALLOCATION, OrvaneTest
+
+PAGE = open("docs/limits-and-errors.md").read()
+SETUP, = re.findall(r"^```python\n(.*?)^```", PAGE, re.MULTILINE | re.DOTALL)
+SECTIONS = dict(part.split("\n", 1) for part in PAGE.split("\n## ")[1:])
+NATIVE = SECTIONS.pop("Not from a script's doing")
+
+# Texts that no script and no page shows: for native callers, or replaced on the way to the script.
+NATIVE_ONLY = ["this processor has no "]
+
+
+def table_rows(section):
+    """The cells of the rows below the head."""
+    lines = re.findall(r"^\|(.*)\|$", section, re.MULTILINE)
+    return [[cell.strip() for cell in line.split(" | ")] for line in lines
+            if not line.startswith("---")][1:]
+
+
+def raising_statements(path):
+    """Each throw and each setting of a Python error in a source file, up to its semicolon."""
+    source = re.sub(r"//.*", "", open(path).read())
+    return re.findall(r"\b(?:throw|Raise\w+|PyErr_SetString|PyErr_Format)\b[^;]*;", source)
+
+
+def literals(statement):
+    """The string literals of a statement, those that stand side by side as one."""
+    joined = re.sub(r'"\s+"', "", statement)
+    return [text for text in re.findall(r'"((?:[^"\\]|\\.)*)"', joined) if text]
+
+
+def pattern(text):
+    """A regular expression for what a format string makes."""
+    return "(?:.*)".join(re.escape(part) for part in re.split(r"%(?:lld|zd|[dis])", text))
+
+
+class LimitsTest(OrvaneTest):
+    def check(self, script, expected, refuse_memory=False):
+        """Runs `script` after the page's first lines; `expected` is "Type: text"."""
+        names = {}
+        exec SETUP in names
+        builder, sh = names["builder"], names["sh"]
+
+        def state():
+            return (builder.numSteps, str(builder.GetImageBuffer()), str(sh.GetAsBuffer()),
+                    str(builder.CreateLatitudeSH(3).GetAsBuffer()),
+                    str(builder.CreateImportanceSampledGaussSH(1.0, 2.0, 0.4).GetAsBuffer()))
+
+        before = state()
+        if refuse_memory:
+            HOST.TeskFailAllocation(OBJECT_ALLOCATION, 1)
+        try:
+            exec script in names
+        except Exception as error:
+            found = ("%s: %s" % (type(error).__name__, error)).rstrip(": ")
+        else:
+            found = "nothing"
+        self.assertEqual(found, expected, script)
+        self.assertTrue(state() == before, script)
+
+    def test_every_line_raises_what_it_says(self):
+        lines = 0
+        for title, section in SECTIONS.items():
+            for row in table_rows(section):
+                script, error = row[-2:] if title == "Limits" else row[:2]
+                script, error = script.strip("`"), error.strip("`")
+                if title == "Limits":
+                    self.assertIn(row[1].replace(",", ""), error)
+                self.check(script, error, title == "When memory runs out")
+                lines += 1
+        self.assertEqual(lines, PAGE.count("Error: ") + PAGE.count("`MemoryError` |"))
+
+    def test_every_text_of_the_sources_is_on_the_page(self):
+        shown = re.findall(r"`(?:\w+Error: )?([^`\n]*)`", PAGE)
+        files = [path for folder in ("orvane/*/", "tesk/*/") for suffix in ("*.cpp", "*.h")
+                 for path in glob.glob(folder + suffix)]
+        statements = 0
+        for path in files:
+            for statement in raising_statements(path):
+                texts = literals(statement)
+                if not statement.startswith("throw"):
+                    texts = texts[:1]  # the others are put into its places
+                elif re.search(r'IllegalValue\(\s*"', statement):
+                    texts[0] += " is %s; expected "
+                elif "IllegalValue(" in statement:
+                    texts.insert(0, " is %s; expected ")
+                if not texts or texts[0] in NATIVE_ONLY:
+                    continue
+                expressions = [pattern(text) for text in texts]
+                if "?" not in statement:  # no alternatives: all of them, in their order
+                    expressions = [".*".join(expressions)]
+                for expression in expressions:
+                    self.assertTrue(any(re.search(expression, text) for text in shown),
+                                    "%s raises what the page lacks: %s" % (path, statement))
+                statements += 1
+        self.assertGreater(statements, 40)
+
+    def test_what_scripts_cannot_provoke_has_tests_of_its_own(self):
+        tests = re.sub(r'"\s+"', "", "".join(
+            open(path).read() for path in glob.glob("tests/module/*.cpp")
+            + ["tests/python/test_hostile.py"]))
+        rows = table_rows(NATIVE)
+        self.assertEqual(len(rows), NATIVE.count("\n| `"))
+        for row in rows:
+            self.assertIn(row[0].strip("`").split("SHBuilder.")[0], tests)
+
+
+if __name__ == "__main__":
+    unittest.main()
