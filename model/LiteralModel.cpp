@@ -7,12 +7,14 @@ namespace literal {
 const std::vector<double> &NormalisationTable()
 {
     static const std::vector<double> table = [] {
-        // Factorials in extended precision, rounded once; 58! still fits the exponent range.
-        double factorial[59];
-        long double exact = 1.0L;
-        for (int n = 0; n < 59; ++n) {
-            exact = n ? exact * n : 1.0L;
-            factorial[n] = static_cast<double>(exact);
+        // Factorials rounded once: what rounding takes off the product is carried along.
+        double factorial[59] = {1.0};
+        double rest = 0.0;
+        for (int n = 1; n < 59; ++n) {
+            const double product = factorial[n - 1] * n;
+            rest = rest * n + std::fma(factorial[n - 1], n, -product);
+            factorial[n] = product + rest;
+            rest = rest - (factorial[n] - product);
         }
         const double pi = 3.14159265358979323846;
         std::vector<double> values;

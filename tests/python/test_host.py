@@ -155,13 +155,14 @@ class HostTest(unittest.TestCase):
 
 
 class TeskRunTest(unittest.TestCase):
+    RUNNER = os.path.join(MODULE_FOLDER, os.pardir, "bin", "tesk-run")
+
     def run_script(self, text, *arguments):
         """The script's status, output and error output."""
         with tempfile.NamedTemporaryFile(suffix=".py") as script:
             script.write(text)
             script.flush()
-            runner = os.path.join(MODULE_FOLDER, os.pardir, "bin", "tesk-run")
-            process = subprocess.Popen([runner, script.name] + list(arguments),
+            process = subprocess.Popen([self.RUNNER, script.name] + list(arguments),
                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE)
             output, errors = process.communicate()
             return process.returncode, output, errors
@@ -185,6 +186,12 @@ class TeskRunTest(unittest.TestCase):
             status, _, errors = self.run_script(text)
             self.assertEqual(status, expected, text + errors)
             self.assertIn("\ntotal: " if "import _Orvane" in text else "total: ", errors)
+
+    def test_no_script(self):
+        for arguments, text in ([], "usage: "), (["/no such file"], "No such file"):
+            process = subprocess.Popen([self.RUNNER] + arguments, stderr=subprocess.PIPE)
+            self.assertIn(text, process.communicate()[1])
+            self.assertEqual(process.returncode, 2)
 
     def test_script_surroundings(self):
         status, output, errors = self.run_script(

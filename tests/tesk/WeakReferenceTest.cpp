@@ -129,6 +129,9 @@ TEST_F(WeakReferences, TheListIsStoredUnderItsTagAndGrowsByHalf)
     }
     EXPECT_STREQ(account->file, "vexcore/include/TrackableContainer");
     EXPECT_EQ(account->line, 54);
+    EXPECT_NE(TeskReportText().find("tag WeakRefSite/mRefs: 104 bytes in 1 allocations"),
+              std::string::npos)
+        << TeskReportText();
     weak->Unlock();
     EXPECT_EQ(log, "aaaaaaaaaa");
 }
