@@ -1,9 +1,10 @@
 // Usage: golden_check VECTORS
 //
-// Compares the library with the golden vectors.
+// Compares the library with the golden vectors; nothing may be left in the host afterwards.
 
 #include "golden/Vectors.h"
 #include "orvane/kernels/Kernels.h"
+#include "tesk/TeskReport.h"
 
 #include <cstdio>
 #include <exception>
@@ -22,7 +23,8 @@ try {
         std::printf("%-4s %-24s %-24s %s\n", verdict.passes ? "ok" : "FAIL", vector.name.c_str(),
                     vector.functions.c_str(), verdict.text.c_str());
     }
-    return pass ? 0 : 1;
+    const TeskTotals left = TeskReportTotals();
+    return pass && !left.liveObjects && !left.allocations && !left.assertionHits ? 0 : 1;
 } catch (const std::exception &error) {
     std::fprintf(stderr, "%s\n", error.what());
     return 2;
