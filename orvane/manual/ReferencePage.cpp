@@ -18,7 +18,7 @@ constexpr std::string_view introduction =
     R"(How to read it:
 
 - Arguments are given by position; there are no keywords and no defaults. Where an `int` is asked for,
-  a `long` will do, and where a `float` is asked for, either will.
+  a `long` will do, and where a `float` is asked for, either will (but not in a matrix).
 - A `set` is a `SphericalHarmonic`; `None` is not one. A `read buffer` is a string, `bytearray`,
   `buffer`, `array.array` or `mmap.mmap`; a `memoryview` is none.
 - *Errors* names what a call raises beyond a wrong number or type of arguments. A call that raises has
@@ -45,7 +45,7 @@ const char *TypeName(ScriptType type)
     case ScriptType::ReadBuffer:
         return "read buffer";
     case ScriptType::Matrix:
-        return "tuple of 4 tuples of 4 floats";
+        return "tuple";
     case ScriptType::View:
         return "buffer";
     }

@@ -120,8 +120,8 @@ constexpr const char *equalOperands =
     "The target takes over the size of the operands and may be one of them. Operands with "
     "different numbers of coefficients change nothing.";
 constexpr const char *resizeErrors =
-    "TypeError where a set is None; ValueError where the numBands of the first operand was written "
-    "to be more than 46340; MemoryError.";
+    "TypeError where a set is None; MemoryError, and ValueError where numBands of the first "
+    "operand was written to be more than 46340 (some such numbers pass).";
 constexpr const char *foldedAngle =
     "RuntimeError before GenerateLookUpTables; ValueError where an angle that is folded is not "
     "finite.";
@@ -183,8 +183,8 @@ constexpr MethodRow methods[] = {
      {.what = "Rotates a copy of a set about the polar axis.",
       .arguments = {{{"shIn", "the set to rotate"}, {"angle", "in radians, single precision"}}},
       .result = "a new set with the bands of shIn",
-      .errors = "ValueError where numBands was written to be more than 46340; "
-                "MemoryError.",
+      .errors = "MemoryError, and ValueError where numBands was written to be more than 46340 "
+                "(some such numbers pass).",
       .remarks = "The result at azimuth phi has the value of shIn at phi + angle: the pattern "
                  "moves towards smaller azimuths. The polar axis stays. Bands beyond 30 come out "
                  "as 0.0."}},
@@ -241,7 +241,7 @@ constexpr MethodRow methods[] = {
      {.what = "Integrates the basis functions over bands and wedges of the sphere, at twelve "
               "resolutions.",
       .errors = "RuntimeError before GenerateLookUpTables; MemoryError.",
-      .remarks = "No other method reads them."}},
+      .remarks = "No other method reads the integrals."}},
 
     {"SHBasisFunc",
      Thunk<&SHBuilder::SHBasisFunc>(),
@@ -293,13 +293,13 @@ constexpr MethodRow methods[] = {
       .arguments = {{{"width", "in pixels, 0 or more"}, {"height", "in pixels, 0 or more"}}},
       .errors = "ValueError for a negative size or 2^31 pixels and more, MemoryError; the old "
                 "image is then kept.",
-      .remarks = "Buffers of the old image keep it."}},
+      .remarks = "Buffers that show the old image go on showing it."}},
 
     {"ClearImageBuffer",
      Thunk<&SHBuilder::ClearImageBuffer>(),
      "Clear the image buffer",
      {.what = "Releases the builder's image; it does not blacken it.",
-      .remarks = "Buffers of the image keep it."}},
+      .remarks = "Buffers that show the image go on showing it."}},
 
     {"GetImageBuffer",
      Direct<&GetImageBuffer>(),
@@ -354,7 +354,7 @@ constexpr MethodRow methods[] = {
       .arguments = {{target, {"scale", "the factor"}}},
       .result = theTarget,
       .errors = missingOperand,
-      .remarks = "There is no other set, as the docstring has it."}},
+      .remarks = "No other set is involved, whatever the docstring says."}},
 
     {"OffsetSH",
      Thunk<&SHBuilder::OffsetSH>(),
@@ -460,15 +460,18 @@ constexpr MethodRow methods[] = {
      " longitude - mean off gaussian\n"
      " stdDev - standard deviation of the gaussian",
      {.what = "Makes a set of a Gaussian around any point, by importance sampling.",
-      .arguments = {{{"latitude", "polar angle of the mean in radians, 0 to pi from the pole"},
-                     {"longitude", "azimuth of the mean in radians"},
-                     {"stdDev", "scale of the offsets in radians; their own standard deviation is "
-                                "about 0.659"}}},
+      .arguments =
+          {{{"latitude", "polar angle of the mean in radians, 0 to pi from the pole"},
+            {"longitude", "azimuth of the mean in radians"},
+            {"stdDev",
+             "in radians; the points spread with about 0.659 times this standard deviation"}}},
       .result = "a new set, always of 30 bands",
       .errors =
           "RuntimeError where there are points but no tables; ValueError where a point is not "
           "finite; MemoryError.",
-      .remarks = "Uses the points of GeneratePDFSamples; without any, every coefficient is NaN."}},
+      .remarks = "Uses the points of GeneratePDFSamples; without any, every coefficient is NaN. "
+                 "The blob is narrower than that of CreateGaussSH, and lower: divide it by its "
+                 "value at the mean, with ScaleSH, to make it 1 there."}},
 
     {"CreateSHFromBuffer",
      Tuple<"Oi", &CreateSHFromBuffer>(),
@@ -577,8 +580,8 @@ constinit const ClassTable shBuilderTable = {
     .name = className<SHBuilder>,
     .doc = "Spherical Harmonic Builder",
     .note = "Owns lookup tables, sample points and an 8-bit image, and performs every operation on "
-            "sets. Methods that change a set return it; methods that create one return a new "
-            "object.",
+            "sets. Methods that change a set return it, but for ExtendSHFromBuffer; methods that "
+            "create one return a new object.",
     .attributes = attributes,
     .methods = methods,
 };

@@ -80,7 +80,8 @@ class SphericalHarmonic(object):
 
 class SHBuilder(object):
     """Owns lookup tables, sample points and an 8-bit image, and performs every operation on sets.
-    Methods that change a set return it; methods that create one return a new object."""
+    Methods that change a set return it, but for ExtendSHFromBuffer; methods that create one return
+    a new object."""
 
     def __init__(self) -> None: ...
 
@@ -182,7 +183,8 @@ class SHBuilder(object):
 
         Returns a new set with the bands of shIn
 
-        Errors: ValueError where numBands was written to be more than 46340; MemoryError.
+        Errors: MemoryError, and ValueError where numBands was written to be more than 46340 (some
+        such numbers pass).
         """
         ...
 
@@ -239,7 +241,7 @@ class SHBuilder(object):
         """Integrates the basis functions over bands and wedges of the sphere, at twelve
         resolutions.
 
-        No other method reads them.
+        No other method reads the integrals.
 
         Errors: RuntimeError before GenerateLookUpTables; MemoryError.
         """
@@ -285,7 +287,7 @@ class SHBuilder(object):
     def SetImageBuffer(self, __width: int, __height: int) -> None:
         """Gives the builder a new, black image.
 
-        Buffers of the old image keep it.
+        Buffers that show the old image go on showing it.
 
         width: in pixels, 0 or more
         height: in pixels, 0 or more
@@ -298,7 +300,7 @@ class SHBuilder(object):
     def ClearImageBuffer(self) -> None:
         """Releases the builder's image; it does not blacken it.
 
-        Buffers of the image keep it.
+        Buffers that show the image go on showing it.
         """
         ...
 
@@ -380,7 +382,7 @@ class SHBuilder(object):
     def ScaleSH(self, __target: SphericalHarmonic, __scale: float) -> SphericalHarmonic:
         """Multiplies every coefficient of a set by a number.
 
-        There is no other set, as the docstring has it.
+        No other set is involved, whatever the docstring says.
 
         target: the set that is changed
         scale: the factor
@@ -420,8 +422,8 @@ class SHBuilder(object):
 
         Returns the target: the same object that was passed in
 
-        Errors: TypeError where a set is None; ValueError where the numBands of the first operand
-        was written to be more than 46340; MemoryError.
+        Errors: TypeError where a set is None; MemoryError, and ValueError where numBands of the
+        first operand was written to be more than 46340 (some such numbers pass).
         """
         ...
 
@@ -438,8 +440,8 @@ class SHBuilder(object):
 
         Returns the target: the same object that was passed in
 
-        Errors: TypeError where a set is None; ValueError where the numBands of the first operand
-        was written to be more than 46340; MemoryError.
+        Errors: TypeError where a set is None; MemoryError, and ValueError where numBands of the
+        first operand was written to be more than 46340 (some such numbers pass).
         """
         ...
 
@@ -510,11 +512,13 @@ class SHBuilder(object):
     def CreateImportanceSampledGaussSH(self, __latitude: float, __longitude: float, __stdDev: float) -> SphericalHarmonic:
         """Makes a set of a Gaussian around any point, by importance sampling.
 
-        Uses the points of GeneratePDFSamples; without any, every coefficient is NaN.
+        Uses the points of GeneratePDFSamples; without any, every coefficient is NaN. The blob is
+        narrower than that of CreateGaussSH, and lower: divide it by its value at the mean, with
+        ScaleSH, to make it 1 there.
 
         latitude: polar angle of the mean in radians, 0 to pi from the pole
         longitude: azimuth of the mean in radians
-        stdDev: scale of the offsets in radians; their own standard deviation is about 0.659
+        stdDev: in radians; the points spread with about 0.659 times this standard deviation
 
         Returns a new set, always of 30 bands
 
