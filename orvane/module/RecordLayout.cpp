@@ -1,16 +1,18 @@
-// The layout of the records that pass between module and host, and of the fields to which
-// attributes are bound. Compiling this file is the check.
+// The layout of the records that pass between module and host. Compiling this file is the check.
 
-#include "orvane/builder/SHBuilder.h"
 #include "teskexposure/include/TeskRecords"
 
-#include <cstddef>
+#include <stddef.h> // also compiled where there is no C++ library
 
 namespace {
 
 static_assert(sizeof(void *) == 8);
 
+static_assert(sizeof(Tx::Clsid) == 16);
+static_assert(sizeof(Tx::IID) == 8);
+
 static_assert(sizeof(Tx::InterfaceEntry) == 16);
+static_assert(offsetof(Tx::InterfaceEntry, iid) == 0);
 static_assert(offsetof(Tx::InterfaceEntry, offset) == 8);
 
 static_assert(sizeof(AttributeRecord) == 80);
@@ -31,6 +33,7 @@ static_assert(offsetof(MethodSignature, argumentCount) == 136);
 static_assert(offsetof(MethodSignature, optionalCount) == 140);
 
 static_assert(sizeof(Tx::ClassRegistration) == 24);
+static_assert(offsetof(Tx::ClassRegistration, descriptor) == 0);
 static_assert(offsetof(Tx::ClassRegistration, factory) == 8);
 static_assert(offsetof(Tx::ClassRegistration, reserved) == 16);
 
@@ -42,6 +45,7 @@ static_assert(offsetof(ClassDescriptor, interfaces) == 24);
 static_assert(offsetof(ClassDescriptor, attributes) == 32);
 static_assert(offsetof(ClassDescriptor, methods) == 40);
 static_assert(offsetof(ClassDescriptor, reserved1) == 48);
+static_assert(offsetof(ClassDescriptor, reserved3) == 64);
 static_assert(offsetof(ClassDescriptor, pyType) == 72);
 static_assert(offsetof(ClassDescriptor, counterA) == 80);
 static_assert(offsetof(ClassDescriptor, counterB) == 84);

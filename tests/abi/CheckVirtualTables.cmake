@@ -1,18 +1,20 @@
 # cmake -DCLANG=... -DSOURCE_DIR=... -P CheckVirtualTables.cmake
 #
-# Compiles MicrosoftAbi.cpp for 64-bit Windows with Microsoft's object layout, which checks its
-# assertions, and compares the virtual tables that the compiler prints with the host's order.
+# Compiles RecordLayout.cpp and MicrosoftAbi.cpp for 64-bit Windows with Microsoft's object layout,
+# which checks their assertions, and compares the virtual tables that the compiler prints with the
+# host's order.
 
-execute_process(
-    COMMAND ${CLANG} --target=x86_64-pc-windows-msvc -std=c++20 -nostdinc++ -I${SOURCE_DIR}
-            -Wall -Wextra -Werror -S -o - -Xclang -fdump-vtable-layouts
-            ${CMAKE_CURRENT_LIST_DIR}/MicrosoftAbi.cpp
-    OUTPUT_VARIABLE output
-    ERROR_VARIABLE errors
-    RESULT_VARIABLE result)
-if(result)
-    message(FATAL_ERROR "${errors}")
-endif()
+foreach(source IN ITEMS orvane/module/RecordLayout.cpp tests/abi/MicrosoftAbi.cpp)
+    execute_process(
+        COMMAND ${CLANG} --target=x86_64-pc-windows-msvc -std=c++20 -nostdinc++ -I${SOURCE_DIR}
+                -Wall -Wextra -Werror -S -o - -Xclang -fdump-vtable-layouts ${SOURCE_DIR}/${source}
+        OUTPUT_VARIABLE output
+        ERROR_VARIABLE errors
+        RESULT_VARIABLE result)
+    if(result)
+        message(FATAL_ERROR "${errors}")
+    endif()
+endforeach()
 
 set(weakAdapter "TeskWeakAdapter<Exposed>")
 set(query "RootQIImpl<${weakAdapter}>")

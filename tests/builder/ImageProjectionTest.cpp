@@ -1,15 +1,7 @@
-#include "orvane/sh/Errors.h"
-#include "platform/RuntimeRandom.h"
-#include "tests/builder/ProjectionCases.h"
-
-#include <algorithm>
-#include <cmath>
-#include <limits>
-#include <stdexcept>
+#include "tests/builder/BuilderCase.h"
 
 namespace {
 
-constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
 constexpr std::int32_t rootOf17 = 869476073; ///< its square as a wrapping 32-bit product is 17
 
 TEST(ImageProjection, HasTheBitsOfThePlainLoop)
@@ -19,13 +11,11 @@ TEST(ImageProjection, HasTheBitsOfThePlainLoop)
         std::size_t coefficients;
     } cases[] = {{1, 1, 2, 4},     {4, 2, 3, 9},         {37, 9, 30, 900}, {256, 128, 30, 900},
                  {64, 32, -5, 25}, {8, 4, rootOf17, 17}, {8, 4, 65536, 0}, {8, 4, 0, 0}};
-    const double pole = std::acos(-1.0);
-    for (const int numSteps : projectionTableSizes) {
-        ProjectionCase model(numSteps);
-        platform::srand(6);
-        auto samples = literal::StratifiedSamples(11);
-        samples.push_back({pole, literal::twoPi}); // row = height and column = width
-        samples.push_back({pole / 2, std::nextafter(literal::twoPi, 10.0)});
+    for (const int numSteps : tableSizes) {
+        BuilderCase model(numSteps);
+        auto samples = LiteralSamples(6, 11);
+        samples.push_back({pi, literal::twoPi}); // row = height and column = width
+        samples.push_back({pi / 2, std::nextafter(literal::twoPi, 10.0)});
         model.UseSamples(samples);
         for (const auto &image : cases) {
             std::vector<std::uint8_t> pixels(static_cast<std::size_t>(image.width) * image.height);
@@ -35,11 +25,11 @@ TEST(ImageProjection, HasTheBitsOfThePlainLoop)
                 literal::ProjectImage(model.tables, samples, image.width, image.height,
                                       image.coefficients, pixels.data()),
                 [&] {
-                    model.builder->CreateSHFromImageBuffer(*model.set, image.width, image.height,
-                                                           image.band, pixels.data());
+                    model.builder.CreateSHFromImageBuffer(model.set, image.width, image.height,
+                                                          image.band, pixels.data());
                 }))
                 << image.width << " x " << image.height << ", band " << image.band;
-            EXPECT_EQ(model.set->numBands, image.band);
+            EXPECT_EQ(model.set.numBands, image.band);
         }
     }
 }
@@ -47,13 +37,13 @@ TEST(ImageProjection, HasTheBitsOfThePlainLoop)
 // theta = pi / 2 is read from row 63 of 128, for 128 / pi rounds down.
 TEST(ImageProjection, TakesThePixelWhoseLowCornerTheSampleIsAtOrBeyond)
 {
-    ProjectionCase model(256);
+    BuilderCase model(256);
     model.UseSamples({{1.5707963705062866, 1.0}});
     for (const int whiteRow : {62, 63, 64}) {
         std::vector<std::uint8_t> pixels(256 * 128);
         std::fill_n(pixels.begin() + whiteRow * 256, 256, std::uint8_t{255});
-        model.builder->CreateSHFromImageBuffer(*model.set, 256, 128, 1, pixels.data());
-        EXPECT_EQ(model.set->coefficients[0] != 0.0f, whiteRow == 63) << whiteRow;
+        model.builder.CreateSHFromImageBuffer(model.set, 256, 128, 1, pixels.data());
+        EXPECT_EQ(model.set.coefficients[0] != 0.0f, whiteRow == 63) << whiteRow;
     }
 }
 
@@ -61,27 +51,25 @@ TEST(ImageProjection, RefusesImagesAndBandsAndLeavesTheSetAlone)
 {
     constexpr struct {
         std::int32_t width, height, band;
-    } illegal[] = {{-1, -1, 1}, {-1, 0, 1},  {1, -1, 1},    {65536, 65536, 1}, {highest, 3, 1},
+    } illegal[] = {{-1, -1, 1}, {-1, 0, 1},  {1, -1, 1},    {65536, 65536, 1}, {most, 3, 1},
                    {1, 1, 31},  {1, 1, -31}, {1, 1, 46341}, {0, 1, 1},         {1, 0, 2}};
-    ProjectionCase model(64);
-    const auto withoutTables = MakeObject<SHBuilder>();
+    BuilderCase model(64), withoutTables;
     const std::uint8_t white = 255;
-    const auto create = [&](SHBuilder &builder, int width, int height, int band) {
-        builder.CreateSHFromImageBuffer(*model.set, width, height, band, &white);
+    const auto create = [&](BuilderCase &with, int width, int height, int band) {
+        with.builder.CreateSHFromImageBuffer(model.set, width, height, band, &white);
     };
     // Where samples and coefficients do not meet, an image without pixels will do.
-    create(*model.builder, 0, 5, 2);
-    EXPECT_TRUE(std::isnan(model.set->coefficients[3]));
-    model.builder->GenerateSphericalSamples(1, 2);
-    withoutTables->GenerateSphericalSamples(1, 1);
-    create(*withoutTables, 5, 0, 0);
-    EXPECT_EQ(model.set->numBands, 0);
+    create(model, 0, 5, 2);
+    EXPECT_TRUE(std::isnan(model.set.coefficients[3]));
+    model.builder.GenerateSphericalSamples(1, 2);
+    withoutTables.builder.GenerateSphericalSamples(1, 1);
+    create(withoutTables, 5, 0, 0);
 
     for (const auto &[width, height, band] : illegal)
-        EXPECT_THROW(create(*model.builder, width, height, band), std::invalid_argument)
+        EXPECT_THROW(create(model, width, height, band), std::invalid_argument)
             << width << " x " << height << ", band " << band;
-    EXPECT_THROW(create(*withoutTables, 1, 1, 1), orvane::NotReady);
-    EXPECT_EQ(model.set->numBands, 0);
+    EXPECT_THROW(create(withoutTables, 1, 1, 1), orvane::NotReady);
+    EXPECT_EQ(model.set.numBands, 0);
 }
 
 } // namespace

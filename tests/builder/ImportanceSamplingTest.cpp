@@ -1,16 +1,6 @@
 #include "model/LiteralImportance.h"
-#include "orvane/builder/SHBuilder.h"
-#include "orvane/kernels/Kernels.h"
-#include "orvane/sh/Errors.h"
-#include "platform/RuntimeRandom.h"
-#include "tests/kernels/EachInstructionSet.h"
-#include "tests/native/MakeObject.h"
-#include "tests/native/SameBits.h"
+#include "tests/builder/BuilderCase.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
 #include <numeric>
 
 namespace {
@@ -18,70 +8,57 @@ namespace {
 constexpr double fourPi = 12.566370964050293;
 constexpr double K0 = 0.28209479177387814;
 
-struct Sampled {
-    explicit Sampled(int numSteps) { builder->GenerateLookUpTables(numSteps); }
+struct Sampled : BuilderCase {
+    using BuilderCase::BuilderCase;
 
-    /// A new set.
+    /// A new Gaussian.
     const SphericalHarmonic &Make(double latitude, double longitude, double stdDev)
     {
-        set = MakeObject<SphericalHarmonic>();
-        return builder->CreateImportanceSampledGaussSH(*set, latitude, longitude, stdDev);
+        set.SetNumBands(0);
+        return builder.CreateImportanceSampledGaussSH(set, latitude, longitude, stdDev);
     }
-
-    std::shared_ptr<SHBuilder> builder = MakeObject<SHBuilder>();
-    std::shared_ptr<SphericalHarmonic> set;
 };
 
 TEST(PdfSamples, AreThoseOfTheLiteralDraws)
 {
-    const auto builder = MakeObject<SHBuilder>();
+    BuilderCase model;
+    SHBuilder &builder = model.builder;
     const struct {
         int seed, sqrtNumSamples, numGaussSamples;
     } cases[] = {{1, 0, 0},   {9, 10, 1},  {5, -3, -7},   {1, 0, 2},
-                 {2, 3, 128}, {4, 5, 129}, {-6, 2, 1000}, {7, 1, std::numeric_limits<int>::min()}};
+                 {2, 3, 128}, {4, 5, 129}, {-6, 2, 1000}, {7, 1, least}};
     for (const auto &[seed, sqrtNumSamples, numGaussSamples] : cases) {
         const literal::PdfSamples expected =
             literal::GeneratePdfSamples(seed, sqrtNumSamples, numGaussSamples);
         const std::uint32_t stateAfter = platform::ThreadRandom().state;
-        builder->GeneratePDFSamples(seed, sqrtNumSamples, numGaussSamples);
+        builder.GeneratePDFSamples(seed, sqrtNumSamples, numGaussSamples);
         EXPECT_EQ(platform::ThreadRandom().state, stateAfter);
-        EXPECT_EQ(builder->pdfDensities, expected.densities);
-        ASSERT_EQ(builder->pdfGaussOffsets.size(), expected.offsets.size());
-        for (std::size_t i = 0; i < expected.offsets.size(); ++i) {
-            ASSERT_EQ(builder->pdfGaussOffsets[i].x, expected.offsets[i].x) << i;
-            ASSERT_EQ(builder->pdfGaussOffsets[i].y, expected.offsets[i].y) << i;
-        }
-        ASSERT_EQ(builder->pdfSphericalSamples.size(), expected.cover.size());
-        for (std::size_t i = 0; i < expected.cover.size(); ++i) {
-            ASSERT_EQ(builder->pdfSphericalSamples[i].theta, expected.cover[i].theta) << i;
-            ASSERT_EQ(builder->pdfSphericalSamples[i].phi, expected.cover[i].phi) << i;
-        }
+        EXPECT_EQ(builder.pdfDensities, expected.densities);
+        EXPECT_TRUE(SamePoints(builder.pdfGaussOffsets, expected.offsets));
+        EXPECT_TRUE(SamePoints(builder.pdfSphericalSamples, expected.cover));
     }
 }
 
-TEST(PdfSamples, HaveTheNumbersOfTheKnownSeed)
+TEST(PdfSamples, HaveTheNumbersOfTheKnownSeedAndLimits)
 {
-    const auto builder = MakeObject<SHBuilder>();
-    builder->GeneratePDFSamples(1, 0, 2);
-    ASSERT_EQ(builder->pdfGaussOffsets.size(), 2u);
-    EXPECT_EQ(builder->pdfGaussOffsets[0].x, 0.0);
-    EXPECT_EQ(builder->pdfDensities[0], 1.0);
-    EXPECT_NEAR(builder->pdfGaussOffsets[1].x, -0.17738063218470482, 1e-15);
-    EXPECT_NEAR(builder->pdfGaussOffsets[1].y, -0.2998941676115506, 1e-15);
-    EXPECT_NEAR(builder->pdfDensities[1], 0.37544671065806196, 1e-15);
-}
+    BuilderCase model;
+    SHBuilder &builder = model.builder;
+    builder.GeneratePDFSamples(1, 0, 2);
+    const GaussOffset &first = builder.pdfGaussOffsets.at(0),
+                      &second = builder.pdfGaussOffsets.at(1);
+    EXPECT_EQ(first.x, 0.0);
+    EXPECT_EQ(builder.pdfDensities[0], 1.0);
+    EXPECT_NEAR(second.x, -0.17738063218470482, 1e-15);
+    EXPECT_NEAR(second.y, -0.2998941676115506, 1e-15);
+    EXPECT_NEAR(builder.pdfDensities[1], 0.37544671065806196, 1e-15);
 
-TEST(PdfSamples, BeyondTheLimitsAreRefusedBeforeSeeding)
-{
-    const auto builder = MakeObject<SHBuilder>();
-    builder->GeneratePDFSamples(1, 2, 3);
     platform::srand(5);
-    EXPECT_THROW(builder->GeneratePDFSamples(1, 16385, 1), std::invalid_argument);
-    EXPECT_THROW(builder->GeneratePDFSamples(1, 1, (1 << 27) + 1), std::invalid_argument);
+    EXPECT_THROW(builder.GeneratePDFSamples(1, 16385, 1), std::invalid_argument);
+    EXPECT_THROW(builder.GeneratePDFSamples(1, 1, (1 << 27) + 1), std::invalid_argument);
     EXPECT_EQ(platform::ThreadRandom().state, 5u);
-    EXPECT_EQ(builder->pdfGaussOffsets.size(), 3u);
-    EXPECT_EQ(builder->pdfSphericalSamples.size(), 4u);
-    EXPECT_EQ(builder->pdfDensities.size(), 7u);
+    EXPECT_EQ(builder.pdfGaussOffsets.size(), 2u);
+    EXPECT_EQ(builder.pdfSphericalSamples.size(), 0u);
+    EXPECT_EQ(builder.pdfDensities.size(), 2u);
 }
 
 TEST(ImportanceSampling, HasTheBitsOfTheLiteralTreeAndLoop)
@@ -91,46 +68,42 @@ TEST(ImportanceSampling, HasTheBitsOfTheLiteralTreeAndLoop)
     } places[] = {{1.0, 2.0, 0.3}, {0.0, 0.0, 0.2},   {0.05, 6.2, 0.5}, {3.1, -4.0, -0.4},
                   {1.5, 1.0, 0.0}, {9.0, 100.0, 3.0}, {-2.0, 0.1, 0.1}, {20.0, -30.0, 40.0}};
     for (const int numSteps : {1, 5, 256, 1000}) {
-        const literal::Tables tables(numSteps);
         Sampled sampled(numSteps);
         literal::PdfSamples pdf = literal::GeneratePdfSamples(3, 7, 61);
-        sampled.builder->GeneratePDFSamples(3, 7, 61);
+        sampled.builder.GeneratePDFSamples(3, 7, 61);
         const double hairAbove = std::nextafter(literal::twoPi, 7.0);
-        pdf.cover[0].phi = sampled.builder->pdfSphericalSamples[0].phi = hairAbove;
+        pdf.cover[0].phi = sampled.builder.pdfSphericalSamples[0].phi = hairAbove;
         for (const auto &[latitude, longitude, stdDev] : places) {
-            const std::vector<float> expected =
-                literal::ImportanceSampledGauss(tables, pdf, latitude, longitude, stdDev);
-            for (const orvane::Kernels *kernels : SupportedKernels()) {
-                sampled.builder->UseInstructionSet(kernels->instructionSet);
-                const SphericalHarmonic &set = sampled.Make(latitude, longitude, stdDev);
-                EXPECT_EQ(set.numBands, 30);
-                EXPECT_TRUE(SameBits(set.coefficients.data(), set.coefficients.size(),
-                                     expected.data(), expected.size()))
-                    << numSteps << " steps, " << latitude << ", " << longitude << ", " << stdDev;
-            }
+            EXPECT_TRUE(sampled.Gives(
+                literal::ImportanceSampledGauss(sampled.tables, pdf, latitude, longitude, stdDev),
+                [&, latitude = latitude, longitude = longitude, stdDev = stdDev] {
+                    sampled.Make(latitude, longitude, stdDev);
+                }))
+                << latitude << ", " << longitude << ", " << stdDev;
+            EXPECT_EQ(sampled.set.numBands, 30);
         }
     }
 }
 
 TEST(ImportanceSampling, OfOneOffsetIsTheBasisWhereItIsPlaced)
 {
-    const double pi = 3.1415927410125732;
+    constexpr double halfTurn = literal::twoPi / 2;
     const struct {
         GaussOffset offset;
         double latitude, longitude, stdDev, theta, phi;
     } cases[] = {{{0.0, 0.0}, 0.7, 5.0, 0.3, 0.7, 5.0},
                  {{0.5, -1.0}, 0.75, 1.0, 0.5, 1.0, 0.5},
-                 {{-1.0, 0.0}, 0.5, 1.0, 1.0, 0.5, 1.0 + pi}, // beyond the pole
-                 {{1.0, 0.0}, 2.0, 1.0, 2.0, 4.0, 1.0},       // beyond the other, left there
-                 {{1.0, 0.0}, 6.0, 1.0, 2.0, 8.0 - 2 * pi, 1.0}};
+                 {{-1.0, 0.0}, 0.5, 1.0, 1.0, 0.5, 1.0 + halfTurn}, // beyond the pole
+                 {{1.0, 0.0}, 2.0, 1.0, 2.0, 4.0, 1.0},             // beyond the other, left there
+                 {{1.0, 0.0}, 6.0, 1.0, 2.0, 8.0 - literal::twoPi, 1.0}};
     Sampled sampled(1024);
-    sampled.builder->GeneratePDFSamples(1, 0, 1);
+    sampled.builder.GeneratePDFSamples(1, 0, 1);
     for (const auto &[offset, latitude, longitude, stdDev, theta, phi] : cases) {
-        sampled.builder->pdfGaussOffsets[0] = offset;
+        sampled.builder.pdfGaussOffsets[0] = offset;
         const SphericalHarmonic &set = sampled.Make(latitude, longitude, stdDev);
         for (int k = 0; k < 900; ++k)
             ASSERT_EQ(set.coefficients[k],
-                      static_cast<float>(sampled.builder->SHBasisFunc(k, phi, theta) * fourPi))
+                      static_cast<float>(sampled.builder.SHBasisFunc(k, phi, theta) * fourPi))
                 << k << " at latitude " << latitude;
     }
 }
@@ -141,8 +114,8 @@ TEST(ImportanceSampling, BandZeroIsWhatTheDensitiesSay)
     // density, and as a for each point in the total.
     Sampled sampled(1024);
     const int count = 400;
-    sampled.builder->GeneratePDFSamples(8, 0, count);
-    const auto &densities = sampled.builder->pdfDensities;
+    sampled.builder.GeneratePDFSamples(8, 0, count);
+    const auto &densities = sampled.builder.pdfDensities;
     const double sum = std::accumulate(densities.begin(), densities.end(), 0.0);
     const double expected = K0 * fourPi * sum / count / count;
     EXPECT_NEAR(sampled.Make(1.0, 2.0, 0.0).coefficients[0], expected, 1e-5 * expected);
@@ -151,7 +124,7 @@ TEST(ImportanceSampling, BandZeroIsWhatTheDensitiesSay)
 TEST(ImportanceSampling, PointsWhereTheMeanIs)
 {
     Sampled sampled(1024);
-    sampled.builder->GeneratePDFSamples(1, 40, 4000);
+    sampled.builder.GeneratePDFSamples(1, 40, 4000);
     for (const double latitude : {0.5, 1.6, 2.6})
         for (const double longitude : {0.0, 2.0, 6.0}) {
             const SphericalHarmonic &set = sampled.Make(latitude, longitude, 0.2);
@@ -160,7 +133,7 @@ TEST(ImportanceSampling, PointsWhereTheMeanIs)
                 const int row = cell / 160;
                 const double theta = row * 0.039;
                 const double phi = (cell - row * 160) * 0.039;
-                const double value = sampled.builder->GetValueAtBand(set, phi, theta, 12);
+                const double value = sampled.builder.GetValueAtBand(set, phi, theta, 12);
                 if (value > highest) {
                     highest = value;
                     bestTheta = theta;
@@ -179,55 +152,51 @@ TEST(ImportanceSampling, HasTheShapeOfTheProjectedGaussian)
     // Where the leaves fit the cloud well, its densities make the projected Gaussian, lower by the
     // density at the mean, 0.3989, and by what the cloud does not reach.
     Sampled sampled(1024);
-    sampled.builder->GeneratePDFSamples(1, 40, 20000);
-    sampled.builder->GenerateSphericalSamples(1, 128);
-    const auto projected = MakeObject<SphericalHarmonic>();
-    sampled.builder->CreateGaussSH(*projected, 12, 0.4f, 1.6f, 2.0f);
-    const SphericalHarmonic &set = sampled.Make(1.6f, 2.0f, 0.4f);
-    double product = 0.0, square = 0.0, projectedSquare = 0.0;
-    for (std::size_t k = 0; k < projected->coefficients.size(); ++k) {
-        product += double{set.coefficients[k]} * projected->coefficients[k];
-        square += double{set.coefficients[k]} * set.coefficients[k];
-        projectedSquare += double{projected->coefficients[k]} * projected->coefficients[k];
-    }
-    EXPECT_GT(product / std::sqrt(square * projectedSquare), 0.98);
-    EXPECT_GT(product / projectedSquare, 0.28);
-    EXPECT_LT(product / projectedSquare, 0.4);
+    sampled.builder.GeneratePDFSamples(1, 40, 20000);
+    sampled.builder.GenerateSphericalSamples(1, 128);
+    sampled.builder.CreateGaussSH(sampled.set, 12, 0.4f, 1.6f, 2.0f);
+    const std::vector<float> projected = Values(sampled.set);
+    sampled.Make(1.6f, 2.0f, 0.4f);
+    const float *coefficients = sampled.set.coefficients.data();
+    const auto product = [](const float *a, const float *b) {
+        return std::inner_product(a, a + 144, b, 0.0);
+    };
+    const double both = product(coefficients, projected.data());
+    const double projectedSquare = product(projected.data(), projected.data());
+    EXPECT_GT(both / std::sqrt(product(coefficients, coefficients) * projectedSquare), 0.98);
+    EXPECT_GT(both / projectedSquare, 0.28);
+    EXPECT_LT(both / projectedSquare, 0.4);
 }
 
 TEST(ImportanceSampling, RefusesAndSparesTheSet)
 {
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    const auto builder = MakeObject<SHBuilder>();
-    const auto set = MakeObject<SphericalHarmonic>();
-    builder->CreateImportanceSampledGaussSH(*set, 1.0, 1.0, 0.1);
-    ASSERT_EQ(set->coefficients.size(), 900u);
-    EXPECT_TRUE(std::isnan(set->coefficients[0]) && std::isnan(set->coefficients[899]))
-        << "no samples, no tables";
+    Sampled sampled;
+    sampled.Make(1.0, 1.0, 0.1);
+    ASSERT_EQ(sampled.set.coefficients.size(), 900u);
+    for (const float coefficient : sampled.set.coefficients)
+        EXPECT_TRUE(std::isnan(coefficient)) << "no samples, no tables";
 
-    set->SetNumBands(2);
-    builder->GeneratePDFSamples(1, 0, 1);
-    EXPECT_THROW(builder->CreateImportanceSampledGaussSH(*set, 1.0, 1.0, 0.1), orvane::NotReady);
-    builder->GenerateLookUpTables(16);
+    const auto create = [&](double latitude, double longitude, double stdDev) {
+        sampled.builder.CreateImportanceSampledGaussSH(sampled.set, latitude, longitude, stdDev);
+    };
+    sampled.set.SetNumBands(2);
+    sampled.builder.GeneratePDFSamples(1, 0, 1);
+    EXPECT_THROW(create(1.0, 1.0, 0.1), orvane::NotReady);
+    sampled.builder.GenerateLookUpTables(16);
     for (const double bad : {infinity, -infinity, std::nan("")}) {
-        EXPECT_THROW(builder->CreateImportanceSampledGaussSH(*set, bad, 1.0, 0.1),
-                     std::invalid_argument);
-        EXPECT_THROW(builder->CreateImportanceSampledGaussSH(*set, 1.0, bad, 0.1),
-                     std::invalid_argument);
-        EXPECT_THROW(builder->CreateImportanceSampledGaussSH(*set, 1.0, 1.0, bad),
-                     std::invalid_argument);
+        EXPECT_THROW(create(bad, 1.0, 0.1), std::invalid_argument);
+        EXPECT_THROW(create(1.0, bad, 0.1), std::invalid_argument);
+        EXPECT_THROW(create(1.0, 1.0, bad), std::invalid_argument);
     }
-    EXPECT_EQ(set->coefficients.size(), 4u);
+    EXPECT_EQ(sampled.set.coefficients.size(), 4u);
 }
 
 TEST(ImportanceSampling, AddsToCoefficientsThatAreThere)
 {
     Sampled sampled(64);
-    sampled.builder->GeneratePDFSamples(1, 0, 1);
-    const auto set = MakeObject<SphericalHarmonic>();
-    set->SetNumBands(1);
-    set->coefficients[0] = 1.0f;
-    sampled.builder->CreateImportanceSampledGaussSH(*set, 1.0, 1.0, 0.1);
+    sampled.builder.GeneratePDFSamples(1, 0, 1);
+    const auto set = MakeSet(1, {1.0f});
+    sampled.builder.CreateImportanceSampledGaussSH(*set, 1.0, 1.0, 0.1);
     EXPECT_EQ(set->coefficients[0], static_cast<float>(K0 * fourPi) + 1.0f);
     EXPECT_EQ(set->coefficients[1], sampled.Make(1.0, 1.0, 0.1).coefficients[1]);
 }

@@ -1,23 +1,19 @@
 #include "model/LiteralMipMaps.h"
-#include "orvane/builder/SHBuilder.h"
-#include "orvane/sh/Errors.h"
 #include "orvane/sh/LegendreIntegrals.h"
-#include "tests/native/MakeObject.h"
-
-#include <gtest/gtest.h>
+#include "tests/builder/BuilderCase.h"
 
 namespace {
 
 TEST(IntegralMipMaps, HoldEveryBandAndWedge)
 {
     for (const int numSteps : {5, 256, 1024}) {
-        const literal::Tables tables(numSteps);
-        const auto builder = MakeObject<SHBuilder>();
-        builder->GenerateLookUpTables(numSteps);
+        BuilderCase model(numSteps);
+        const literal::Tables &tables = model.tables;
+        SHBuilder &builder = model.builder;
         for (int call = 0; call < 2; ++call)
-            builder->GenerateImporanceIntegralMipMaps();
-        const auto &theta = builder->thetaIntegralMipMap;
-        const auto &phi = builder->phiIntegralMipMap;
+            builder.GenerateImporanceIntegralMipMaps();
+        const auto &theta = builder.thetaIntegralMipMap;
+        const auto &phi = builder.phiIntegralMipMap;
         ASSERT_EQ(theta.size(), 12u);
         ASSERT_EQ(phi.size(), 12u);
         std::vector<double> band;
@@ -38,21 +34,22 @@ TEST(IntegralMipMaps, HoldEveryBandAndWedge)
                     << level << ", " << k;
             }
         }
-        EXPECT_EQ(builder->integralScratch, band);
+        EXPECT_EQ(builder.integralScratch, band);
         double total = phi[1][0] * theta[1][0];
         total += phi[1][1] * theta[1][0];
         total += theta[1][1] * phi[1][0];
         total += phi[1][1] * theta[1][1];
-        EXPECT_EQ(builder->totalIntegral, total);
+        EXPECT_EQ(builder.totalIntegral, total);
     }
 }
 
 TEST(IntegralMipMaps, NeedTheTables)
 {
-    const auto builder = MakeObject<SHBuilder>();
-    EXPECT_THROW(builder->GenerateImporanceIntegralMipMaps(), orvane::NotReady);
-    EXPECT_TRUE(builder->thetaIntegralMipMap.empty());
-    EXPECT_EQ(builder->totalIntegral, 0.0);
+    BuilderCase model;
+    SHBuilder &builder = model.builder;
+    EXPECT_THROW(builder.GenerateImporanceIntegralMipMaps(), orvane::NotReady);
+    EXPECT_TRUE(builder.thetaIntegralMipMap.empty());
+    EXPECT_EQ(builder.totalIntegral, 0.0);
 }
 
 } // namespace

@@ -1,26 +1,14 @@
 #include "orvane/builder/Projection.h"
 
-#include "orvane/sh/Errors.h"
-#include "platform/RuntimeRandom.h"
-#include "tests/builder/ProjectionCases.h"
+#include "tests/builder/BuilderCase.h"
 
-#include <cmath>
 #include <functional>
-#include <limits>
-#include <stdexcept>
 
 namespace {
 
-const double pi = std::acos(-1.0);
-
-std::vector<literal::Sample> LiteralSamples(std::uint32_t seed, int n)
-{
-    platform::srand(seed);
-    return literal::StratifiedSamples(n);
-}
-
 TEST(SphericalSamples, AreStratifiedInTheOrderOfTheirDraws)
 {
+    BuilderCase model;
     // 1/3 rounds up in single precision: draw 13, which makes the last row's first theta, reaches
     // beyond the pole where it is 32767.
     std::uint32_t poleSeed = 0;
@@ -29,35 +17,31 @@ TEST(SphericalSamples, AreStratifiedInTheOrderOfTheirDraws)
         for (int i = 0; i < 13; ++i)
             draw = platform::rand();
     }
-    const auto builder = MakeObject<SHBuilder>();
+    SHBuilder &builder = model.builder;
     for (const int n : {0, 1, 2, 5, 10, 64, -4, 3}) {
         const auto expected = LiteralSamples(poleSeed, n);
         const int nextDraw = platform::rand();
-        builder->GenerateSphericalSamples(poleSeed, n);
+        builder.GenerateSphericalSamples(poleSeed, n);
         EXPECT_EQ(platform::rand(), nextDraw);
-        ASSERT_EQ(builder->sphericalSamples.size(), expected.size());
-        for (std::size_t i = 0; i < expected.size(); ++i) {
-            ASSERT_EQ(builder->sphericalSamples[i].theta, expected[i].theta) << n << ", " << i;
-            ASSERT_EQ(builder->sphericalSamples[i].phi, expected[i].phi) << n << ", " << i;
-        }
+        EXPECT_TRUE(SamePoints(builder.sphericalSamples, expected)) << n;
     }
-    EXPECT_EQ(builder->sphericalSamples[6].theta, pi);
+    EXPECT_EQ(builder.sphericalSamples[6].theta, pi);
 
-    builder->GenerateSphericalSamples(1, 1);
-    EXPECT_NEAR(builder->sphericalSamples[0].theta, 0.07076103786700517, 1e-15);
-    EXPECT_NEAR(builder->sphericalSamples[0].phi, 3.541111065906503, 1e-15);
+    builder.GenerateSphericalSamples(1, 1);
+    EXPECT_NEAR(builder.sphericalSamples[0].theta, 0.07076103786700517, 1e-15);
+    EXPECT_NEAR(builder.sphericalSamples[0].phi, 3.541111065906503, 1e-15);
     platform::srand(5);
-    EXPECT_THROW(builder->GenerateSphericalSamples(1, 16385), std::invalid_argument);
-    EXPECT_EQ(builder->sphericalSamples.size(), 1u);
+    EXPECT_THROW(builder.GenerateSphericalSamples(1, 16385), std::invalid_argument);
+    EXPECT_EQ(builder.sphericalSamples.size(), 1u);
     EXPECT_EQ(platform::ThreadRandom().state, 5u);
 }
 
 TEST(Projection, OfLatitudeLongitudeAndBlobsHasTheBitsOfThePlainLoop)
 {
-    for (const int numSteps : projectionTableSizes) {
-        ProjectionCase model(numSteps);
-        SHBuilder &builder = *model.builder;
-        SphericalHarmonic &set = *model.set;
+    for (const int numSteps : tableSizes) {
+        BuilderCase model(numSteps);
+        SHBuilder &builder = model.builder;
+        SphericalHarmonic &set = model.set;
         model.UseSamples(LiteralSamples(11, 9));
         for (const int bands : {0, 1, 2, 5, 17, 30}) {
             const auto project = [&](const literal::Function &function) {
@@ -78,7 +62,7 @@ TEST(Projection, OfLatitudeLongitudeAndBlobsHasTheBitsOfThePlainLoop)
 // rim of the reach, and where the scalar product leaves [-1, 1] and the value is NaN.
 TEST(Projection, OfABlobKeepsEverySampleThatCounts)
 {
-    ProjectionCase model(256);
+    BuilderCase model(256);
     int notNumbers = 0;
     const auto compare = [&](float stdDev, float latitude, float longitude) {
         const auto expected = literal::Project(model.tables, model.samples, 1,
@@ -86,7 +70,7 @@ TEST(Projection, OfABlobKeepsEverySampleThatCounts)
         notNumbers += std::isnan(expected[0]);
         EXPECT_TRUE(model.Gives(
             expected,
-            [&] { model.builder->CreateGaussSH(*model.set, 1, stdDev, latitude, longitude); }))
+            [&] { model.builder.CreateGaussSH(model.set, 1, stdDev, latitude, longitude); }))
             << stdDev << " around " << latitude << ", " << longitude;
     };
     for (const float stdDev : {0.2f, 1e-4f, 0.62f, 0.6283185f, 40.0f, 0.0f, -0.3f, HUGE_VALF})
@@ -118,39 +102,65 @@ TEST(Projection, OfABlobKeepsEverySampleThatCounts)
 
 TEST(Projection, ResemblesTheFunction)
 {
-    const auto builder = MakeObject<SHBuilder>();
-    const auto set = MakeObject<SphericalHarmonic>();
-    builder->GenerateLookUpTables(4096);
-    builder->GenerateSphericalSamples(1, 64);
+    BuilderCase model(4096), blob(4096);
+    model.builder.GenerateSphericalSamples(1, 64);
+    model.builder.CreateLatitudeSH(model.set, 5);
+    model.builder.CreateGaussSH(blob.set, 8, 0.6f, 1.0f, 2.0f);
     for (const double theta : {0.4, 1.0, 1.7, 2.8})
         for (const double phi : {0.3, 2.0, 5.0}) {
-            builder->CreateLatitudeSH(*set, 5);
-            EXPECT_NEAR(builder->GetValueAt(*set, phi, theta), std::sin(theta), 0.05);
+            EXPECT_NEAR(model.builder.GetValueAt(model.set, phi, theta), std::sin(theta), 0.05);
             const double angle = std::acos(std::cos(theta) * std::cos(1.0) +
                                            std::sin(theta) * std::sin(1.0) * std::cos(phi - 2.0));
-            builder->CreateGaussSH(*set, 8, 0.6f, 1.0f, 2.0f);
-            EXPECT_NEAR(builder->GetValueAt(*set, phi, theta),
+            EXPECT_NEAR(model.builder.GetValueAt(blob.set, phi, theta),
                         std::exp(-angle * angle / (2 * 0.6 * 0.6)), 0.05);
         }
 }
 
-TEST(Projection, CallsTheFunctionOncePerSampleInOrder)
+/// Ordinary values with zeros and extremes among them; `last` beyond the full turn.
+double Wild(double phi, double last)
 {
-    ProjectionCase model(64);
-    model.UseSamples(LiteralSamples(1, 9));
-    static std::vector<double> seen;
-    const ProjectionFunc record = [](SHBuilder &, const double &phi, const double &, const void *) {
-        if (seen.size() == 81)
-            throw std::domain_error("refused");
-        seen.push_back(phi);
-        return 1.0;
+    constexpr double special[] = {0.0, -0.0, 1e-310, -1e-46, 255.0, 1e30, -1e30};
+    if (phi > literal::twoPi)
+        return last;
+    const auto kind = static_cast<std::size_t>(phi * 1e6) % 20;
+    return kind < std::size(special) ? special[kind] : std::sin(1e3 * phi);
+}
+
+TEST(Projection, OfAnyFunctionHasTheBitsOfThePlainLoop)
+{
+    const ProjectionFunc wild = [](SHBuilder &, const double &phi, const double &,
+                                   const void *last) {
+        return Wild(phi, *static_cast<const double *>(last));
     };
-    model.builder->ProjectFunction(*model.set, 3, record, nullptr);
-    ASSERT_EQ(seen.size(), 81u);
-    for (std::size_t i = 0; i < seen.size(); ++i)
-        EXPECT_EQ(seen[i], model.samples[i].phi);
-    EXPECT_THROW(model.builder->ProjectFunction(*model.set, 2, record, nullptr), std::domain_error);
-    EXPECT_EQ(model.set->coefficients.size(), 9u);
+    for (const int numSteps : tableSizes) {
+        BuilderCase model(numSteps);
+        for (const std::size_t count : {0, 1, 2, 5, 63, 64, 65, 131})
+            for (const double last : {0.0, -0.0, 1.0, 1e300, infinity, std::nan("")}) {
+                auto samples = LiteralSamples(1, 12);
+                samples.resize(count);
+                if (count > 0)
+                    samples.back() = {pi, std::nextafter(literal::twoPi, 7.0)};
+                model.UseSamples(samples);
+                for (const int bands : {1, 2, 17, 30})
+                    EXPECT_TRUE(model.Gives(
+                        literal::Project(model.tables, samples, bands,
+                                         [last](double phi, double) { return Wild(phi, last); }),
+                        [&] { model.builder.ProjectFunction(model.set, bands, wild, &last); }))
+                        << count << " samples, " << bands << " bands, last value " << last;
+            }
+    }
+}
+
+TEST(Projection, LeavesTheSetAloneWhereTheFunctionThrows)
+{
+    BuilderCase model(64);
+    model.builder.GenerateSphericalSamples(1, 2);
+    const ProjectionFunc refuse = [](SHBuilder &, const double &, const double &,
+                                     const void *) -> double {
+        throw std::domain_error("refused");
+    };
+    EXPECT_THROW(model.builder.ProjectFunction(model.set, 2, refuse, nullptr), std::domain_error);
+    EXPECT_EQ(model.set.numBands, 0);
 }
 
 TEST(Projection, RefusesWhatItHasNoTablesForAndLeavesTheSetAlone)
@@ -161,19 +171,18 @@ TEST(Projection, RefusesWhatItHasNoTablesForAndLeavesTheSetAlone)
         [](auto &builder, auto &set, auto bands) { builder.CreateLatitudeSH(set, bands); },
         [](auto &builder, auto &set, auto bands) { builder.CreateLongtitudeSH(set, bands); },
         [](auto &builder, auto &set, auto bands) { builder.CreateGaussSH(set, bands, 1, 0, 0); }};
-    ProjectionCase ready(16);
-    const auto fresh = MakeObject<SHBuilder>();
-    SphericalHarmonic &set = *ready.set;
+    BuilderCase ready(16), fresh;
+    SphericalHarmonic &set = ready.set;
     for (const Create &create : jobs) {
         const bool isConstant = &create == jobs;
-        fresh->GenerateSphericalSamples(1, 2);
-        create(*fresh, set, 0); // reads no table
+        fresh.builder.GenerateSphericalSamples(1, 2);
+        create(fresh.builder, set, 0); // reads no table
         EXPECT_EQ(set.coefficients.size(), 0u);
-        EXPECT_THROW(create(*fresh, set, 1), orvane::NotReady);
+        EXPECT_THROW(create(fresh.builder, set, 1), orvane::NotReady);
         for (const std::int32_t bands : {-1, isConstant ? 46341 : 31, 65536})
-            EXPECT_THROW(create(*ready.builder, set, bands), std::invalid_argument);
+            EXPECT_THROW(create(ready.builder, set, bands), std::invalid_argument);
         EXPECT_EQ(set.coefficients.size(), 0u);
-        create(*ready.builder, set, 2); // over no samples
+        create(ready.builder, set, 2); // over no samples
         EXPECT_EQ(set.numBands, 2);
         for (std::size_t i = 0; i < 4; ++i)
             if (isConstant)
@@ -181,14 +190,14 @@ TEST(Projection, RefusesWhatItHasNoTablesForAndLeavesTheSetAlone)
             else
                 EXPECT_TRUE(std::isnan(set.coefficients[i]));
     }
-    EXPECT_THROW(fresh->LatitudeProjectionFunc(0.0, 0.0), orvane::NotReady);
-    EXPECT_THROW(fresh->LongtitudeProjectionFunc(0.0, 0.0), orvane::NotReady);
+    EXPECT_THROW(fresh.builder.LatitudeProjectionFunc(0.0, 0.0), orvane::NotReady);
+    EXPECT_THROW(fresh.builder.LongtitudeProjectionFunc(0.0, 0.0), orvane::NotReady);
 }
 
 TEST(ProjectionFunctions, AtTellingPoints)
 {
-    ProjectionCase model(1000);
-    const SHBuilder &builder = *model.builder;
+    BuilderCase model(1000);
+    const SHBuilder &builder = model.builder;
     for (const double angle : {0.0, 1.0, -2.5, 100.0}) {
         EXPECT_EQ(builder.LongtitudeProjectionFunc(angle, 0.0), 0.0);
         EXPECT_EQ(builder.LongtitudeProjectionFunc(angle, 1.2),
@@ -200,7 +209,7 @@ TEST(ProjectionFunctions, AtTellingPoints)
     }
     EXPECT_NEAR(builder.GaussProjectionFunc(0.0, 0.0, 0.1), 1.0, 1e-15);
     EXPECT_EQ(builder.GaussProjectionFunc(0.0, 0.51, 0.1), 0.0);
-    for (const double angle : {HUGE_VAL, -HUGE_VAL, std::nan("")}) {
+    for (const double angle : {infinity, -infinity, std::nan("")}) {
         EXPECT_THROW(builder.LatitudeProjectionFunc(0.0, angle), std::invalid_argument);
         EXPECT_THROW(builder.LongtitudeProjectionFunc(angle, 0.0), std::invalid_argument);
         EXPECT_EQ(builder.LatitudeProjectionFunc(angle, 0.0), 0.0);

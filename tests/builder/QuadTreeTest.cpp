@@ -45,26 +45,22 @@ double NearMidline(float low, float high, std::mt19937 &random)
 TEST(QuadTree, LeavesAreThoseOfTheLiteralTree)
 {
     std::mt19937 random(7);
-    std::uniform_real_distribution<double> unit(0.0, 1.0);
     std::normal_distribution<double> normal;
-    const auto uniform = [&] {
-        return QuadPoint{unit(random) * literal::twoPi, unit(random) * 2 - 1};
-    };
-    const auto clustered = [&] {
-        return QuadPoint{literal::WrapAngle(1 + 0.01 * normal(random)),
-                         std::cos(0.02 * normal(random))};
+    const auto spread = [&](double width) {
+        return QuadPoint{literal::WrapAngle(width * normal(random)),
+                         std::cos(width * normal(random))};
     };
     const auto midline = [&] {
         return QuadPoint{std::abs(NearMidline(0.0f, 6.2831855f, random)),
                          NearMidline(-1.0f, 1.0f, random)};
     };
-    for (const int count : {0, 1, 2, 3, 50, 3000})
-        for (int mixture = 0; mixture < 6; ++mixture) {
+    // Wide, narrow, on the midlines, and mixtures of these.
+    for (const std::size_t count : {0, 1, 2, 3, 50, 3000})
+        for (const unsigned kinds : {1u, 2u, 4u, 7u}) {
             std::vector<QuadPoint> points;
-            for (int i = 0; i < count; ++i) {
-                const int kind = mixture < 3 ? mixture : i % (mixture - 1);
-                points.push_back(kind == 0 ? uniform() : kind == 1 ? clustered() : midline());
-            }
+            while (points.size() < count)
+                if (const auto kind = random() % 3; kinds >> kind & 1)
+                    points.push_back(kind == 2 ? midline() : spread(kind == 0 ? 4.0 : 0.01));
             ExpectLiteralLeaves(points);
         }
 }

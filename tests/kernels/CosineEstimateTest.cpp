@@ -1,4 +1,4 @@
-#include "tests/kernels/EachInstructionSet.h"
+#include "tests/native/EachInstructionSet.h"
 
 #include <gtest/gtest.h>
 

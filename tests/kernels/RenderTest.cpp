@@ -1,12 +1,9 @@
 #include "model/LiteralRender.h"
+#include "orvane/builder/LookUpTables.h"
 #include "orvane/kernels/PolarTable.h"
-#include "tests/kernels/EachInstructionSet.h"
+#include "tests/builder/BuilderCase.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <functional>
-#include <limits>
 #include <map>
 #include <memory>
 #include <random>
@@ -15,32 +12,26 @@ namespace {
 
 using namespace orvane;
 
-/// Literal tables and, laid out from them, polar rows.
-struct Fixture {
-    explicit Fixture(int numSteps)
-        : tables(numSteps), polarRows(static_cast<std::size_t>(numSteps) * polarRowLength)
+class Render : public testing::Test {
+protected:
+    /// Made once for all tests here.
+    static const BuilderCase &CaseFor(int numSteps)
     {
-        for (int t = 0; t < numSteps; ++t)
-            for (int l = 0; l < tableBands; ++l)
-                for (int m = 0; m <= l; ++m) {
-                    const int i = l * l + l + m;
-                    polarRows[static_cast<std::size_t>(t) * polarRowLength + PolarIndex(l, m)] =
-                        literal::NormalisationTable()[i] * tables.legendreLut[i][t];
-                }
+        auto &model = cases[numSteps];
+        if (!model)
+            model = std::make_unique<BuilderCase>(numSteps);
+        return *model;
     }
-    double Polar(int t, int l) const { return polarRows[t * polarRowLength + l]; } // order 0
+    static void TearDownTestSuite() { cases.clear(); }
 
-    literal::Tables tables;
-    AlignedArray<double> polarRows;
+private:
+    static inline std::map<int, std::unique_ptr<BuilderCase>> cases;
 };
 
-const Fixture &FixtureFor(int numSteps)
+/// The factor of order 0.
+double Polar(const BuilderCase &model, std::size_t step, int l)
 {
-    static std::map<int, std::unique_ptr<Fixture>> fixtures;
-    auto &fixture = fixtures[numSteps];
-    if (!fixture)
-        fixture = std::make_unique<Fixture>(numSteps);
-    return *fixture;
+    return model.builder.polarTable.rows[step * polarRowLength + l];
 }
 
 struct Picture {
@@ -51,18 +42,13 @@ struct Picture {
 
 std::vector<float> RandomSet(int bands, unsigned seed)
 {
-    std::mt19937 random(seed);
-    std::normal_distribution<float> normal;
-    std::vector<float> set(bands * bands);
-    for (float &coefficient : set)
-        coefficient = normal(random);
-    return set;
+    return RandomCoefficients(bands * bands, seed);
 }
 
 /// Renders the set at every instruction set and compares with the literal model; `counts` looks at
 /// how the pixels were decided.
 void ExpectLiteral(
-    const Fixture &fixture, const std::vector<float> &set, const Picture &picture,
+    const BuilderCase &model, const std::vector<float> &set, const Picture &picture,
     const std::function<void(const RenderCounts &)> &counts = [](const RenderCounts &) {})
 {
     const auto [width, height, scale, offset] = picture;
@@ -70,36 +56,34 @@ void ExpectLiteral(
     padded.resize(tableCoefficients);
     const int bands = static_cast<int>(std::ceil(std::sqrt(set.size())));
     std::vector<std::uint8_t> expected(width * height);
-    literal::Render(fixture.tables, padded.data(), bands, scale, offset, 1, 0, width, height,
+    literal::Render(model.tables, padded.data(), bands, scale, offset, 1, 0, width, height,
                     expected.data());
     for (const Kernels *kernels : SupportedKernels()) {
         std::vector<std::uint8_t> image(expected.size());
         const auto scratch = std::make_unique<RenderScratch>();
-        const literal::Tables &tables = fixture.tables;
-        counts(kernels->render(
-            {{tables.cosLut.data(), tables.sinLut.data(), tables.angleScale, tables.numSteps},
-             fixture.polarRows.data(),
-             set.data(),
-             static_cast<int>(set.size()),
-             scale,
-             offset,
-             image.data(),
-             width,
-             0,
-             width,
-             0,
-             height,
-             6.2831855f / static_cast<float>(width),
-             3.1415927f / static_cast<float>(height),
-             scratch.get()}));
+        counts(kernels->render({.angles = AngleTablesOf(model.builder),
+                                .polarRows = model.builder.polarTable.rows.data(),
+                                .coefficients = set.data(),
+                                .count = static_cast<int>(set.size()),
+                                .scale = scale,
+                                .offset = offset,
+                                .image = image.data(),
+                                .imageWidth = width,
+                                .firstColumn = 0,
+                                .columns = width,
+                                .firstRow = 0,
+                                .rows = height,
+                                .dPhi = 6.2831855f / static_cast<float>(width),
+                                .dTheta = 3.1415927f / static_cast<float>(height),
+                                .scratch = scratch.get()}));
         ASSERT_EQ(image, expected)
-            << Name(kernels->instructionSet) << ", " << tables.numSteps << " steps, " << set.size()
-            << " coefficients, " << width << " x " << height << ", scale " << scale << ", offset "
-            << offset;
+            << Name(kernels->instructionSet) << ", " << model.tables.numSteps << " steps, "
+            << set.size() << " coefficients, " << width << " x " << height << ", scale " << scale
+            << ", offset " << offset;
     }
 }
 
-TEST(Render, WritesTheLiteralBytes)
+TEST_F(Render, WritesTheLiteralBytes)
 {
     int round = 0;
     for (const int numSteps : {1, 5, 7, 10, 100, 256, 1000, 1024})
@@ -107,12 +91,12 @@ TEST(Render, WritesTheLiteralBytes)
              {std::pair{1, 1}, {3, 2}, {15, 31}, {64, 5}, {65, 4}, {130, 7}, {257, 3}}) {
             const int bands = ++round % 30 + 1;
             const auto scale = static_cast<float>(1 + round % 40);
-            ExpectLiteral(FixtureFor(numSteps), RandomSet(bands, round),
+            ExpectLiteral(CaseFor(numSteps), RandomSet(bands, round),
                           {width, height, scale, round * 37 % 256});
         }
 }
 
-TEST(Render, TakesAnyNumberOfCoefficients)
+TEST_F(Render, TakesAnyNumberOfCoefficients)
 {
     for (const int count : {1, 2, 3, 5, 8, 17, 24, 101, 899})
         for (const bool sparse : {false, true}) {
@@ -120,21 +104,21 @@ TEST(Render, TakesAnyNumberOfCoefficients)
             set.resize(count);
             for (int i = 0; sparse && i + 1 < count; ++i)
                 set[i] = 0;
-            ExpectLiteral(FixtureFor(256), set, {33, 9, 50, 100});
+            ExpectLiteral(CaseFor(256), set, {33, 9, 50, 100});
         }
 }
 
 // More different polar rows than one block holds, and image rows that share theirs.
-TEST(Render, WalksAllRows)
+TEST_F(Render, WalksAllRows)
 {
-    ExpectLiteral(FixtureFor(1200), RandomSet(6, 1), {3, 1100, 30, 128});
-    ExpectLiteral(FixtureFor(10), RandomSet(30, 2), {67, 90, 5, 128});
+    ExpectLiteral(CaseFor(1200), RandomSet(6, 1), {3, 1100, 30, 128});
+    ExpectLiteral(CaseFor(10), RandomSet(30, 2), {67, 90, 5, 128});
 }
 
-TEST(Render, LeavesFewPixelsToTheSlowTiers)
+TEST_F(Render, LeavesFewPixelsToTheSlowTiers)
 {
     constexpr int pixels = 256 * 64;
-    ExpectLiteral(FixtureFor(1024), RandomSet(30, 3), {256, 64, 5, 128},
+    ExpectLiteral(CaseFor(1024), RandomSet(30, 3), {256, 64, 5, 128},
                   [](const RenderCounts &counts) {
                       EXPECT_GT(counts.rechecked, 0);
                       EXPECT_LT(counts.rechecked, pixels / 200);
@@ -144,11 +128,11 @@ TEST(Render, LeavesFewPixelsToTheSlowTiers)
 
 // Two coefficients of order 0 are tuned until the value at the pixel is a whole number, as near as
 // two single-precision numbers can bring it: well within the bound on the double-precision value.
-TEST(Render, SumsTermByTermOnTheEdgeOfAByte)
+TEST_F(Render, SumsTermByTermOnTheEdgeOfAByte)
 {
     constexpr int width = 40;
     constexpr int height = 16;
-    const Fixture &fixture = FixtureFor(256);
+    const BuilderCase &model = CaseFor(256);
     const double dPhi = 6.2831855f / static_cast<float>(width);
     const double dTheta = 3.1415927f / static_cast<float>(height);
     std::mt19937 random(4);
@@ -158,37 +142,34 @@ TEST(Render, SumsTermByTermOnTheEdgeOfAByte)
         for (int round = 0; round < 24; ++round) {
             const int x = static_cast<int>(random() % width);
             const double theta = static_cast<double>(round % height) * dTheta;
-            const int step = fixture.tables.Index(theta);
+            const int step = model.tables.Index(theta);
             std::vector<float> set = RandomSet(30, round);
             if (wholeRow)
                 set.assign(set.size(), 0.0f);
             set[0] = set[6] = 0;
             const double target = round % 2 ? 7 + round : -7 - round;
             const auto missing = [&] {
-                return target - fixture.tables.Evaluate(set.data(), 30, x * dPhi, theta);
+                return target - model.tables.Evaluate(set.data(), 30, x * dPhi, theta);
             };
-            set[0] = static_cast<float>(missing() / fixture.Polar(step, 0));
-            set[6] = static_cast<float>(missing() / fixture.Polar(step, 2));
+            set[0] = static_cast<float>(missing() / Polar(model, step, 0));
+            set[6] = static_cast<float>(missing() / Polar(model, step, 2));
             for (int neighbour = -2; neighbour <= 2; ++neighbour) {
                 set[6] = std::nextafter(set[6], neighbour < 0 ? -1e9f : 1e9f);
                 (std::fabs(target - missing()) < std::fabs(target) ? below : notBelow)++;
-                ExpectLiteral(fixture, set, {width, height, 1, 128},
-                              [&](const RenderCounts &counts) {
-                                  EXPECT_GE(counts.exact, wholeRow ? width : 1);
-                              });
+                ExpectLiteral(model, set, {width, height, 1, 128}, [&](const RenderCounts &counts) {
+                    EXPECT_GE(counts.exact, wholeRow ? width : 1);
+                });
             }
         }
     EXPECT_GT(below, 20);
     EXPECT_GT(notBelow, 20);
 }
 
-TEST(Render, SaturatesExtremes)
+TEST_F(Render, SaturatesExtremes)
 {
-    constexpr float infinite = std::numeric_limits<float>::infinity();
-    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-    constexpr int least = std::numeric_limits<int>::min();
-    constexpr int most = std::numeric_limits<int>::max();
-    const Fixture &fixture = FixtureFor(256);
+    constexpr auto infinite = static_cast<float>(infinity);
+    const float nan = std::nanf("");
+    const BuilderCase &model = CaseFor(256);
     constexpr int width = 19;
     constexpr int height = 6;
     for (const float extreme : {1.0f, 0.0f, 1e38f, -3e38f, 1e-45f, infinite, -infinite, nan})
@@ -197,7 +178,7 @@ TEST(Render, SaturatesExtremes)
                 std::vector<float> set = RandomSet(4, 5);
                 set[6] = extreme;
                 ExpectLiteral(
-                    fixture, set, {width, height, scale, offset}, [&](const RenderCounts &counts) {
+                    model, set, {width, height, scale, offset}, [&](const RenderCounts &counts) {
                         const bool finite = std::isfinite(extreme) && std::isfinite(scale);
                         EXPECT_TRUE(finite || counts.exact == width * height);
                     });
@@ -205,21 +186,21 @@ TEST(Render, SaturatesExtremes)
     // An offset beyond the whole floats, and values just as far on the other side.
     for (const int sign : {1, -1}) {
         std::vector<float> far = RandomSet(2, 6);
-        far[0] = static_cast<float>(-sign * 1e9 / fixture.Polar(0, 0));
-        ExpectLiteral(fixture, far, {width, height, 1, sign * 1000000000 + 100});
+        far[0] = static_cast<float>(-sign * 1e9 / Polar(model, 0, 0));
+        ExpectLiteral(model, far, {width, height, 1, sign * 1000000000 + 100});
     }
     for (const float scale : {1e38f, -3e38f})
-        ExpectLiteral(fixture, std::vector<float>(900, 1e-38f), {width, height, scale, 100});
-    ExpectLiteral(fixture, std::vector<float>(900, 1e-43f), {width, height, 3e38f, 100});
-    ExpectLiteral(fixture, std::vector<float>(900, 0.0f), {width, height, infinite, 100});
+        ExpectLiteral(model, std::vector<float>(900, 1e-38f), {width, height, scale, 100});
+    ExpectLiteral(model, std::vector<float>(900, 1e-43f), {width, height, 3e38f, 100});
+    ExpectLiteral(model, std::vector<float>(900, 0.0f), {width, height, infinite, 100});
 }
 
 // What the error bounds rest on.
-TEST(Render, PolarFactorsStayBelowTheBoundOfTheAdditionTheorem)
+TEST_F(Render, PolarFactorsStayBelowTheBoundOfTheAdditionTheorem)
 {
-    const double bound = std::sqrt(59 / (4 * std::acos(-1.0))) * (1 + 1e-9);
+    const double bound = std::sqrt(59 / (4 * pi)) * (1 + 1e-9);
     for (const int numSteps : {1, 5, 100, 1024, 1200})
-        for (const double factor : FixtureFor(numSteps).polarRows)
+        for (const double factor : CaseFor(numSteps).builder.polarTable.rows)
             ASSERT_LE(std::fabs(factor), bound);
 }
 

@@ -4,20 +4,20 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 
-inline testing::AssertionResult SameBits(const float *actual, std::size_t actualCount,
-                                         const float *expected, std::size_t expectedCount)
+/// Of two sequences of floating-point numbers.
+template <class Actual, class Expected>
+testing::AssertionResult SameBits(const Actual &actual, const Expected &expected)
 {
-    if (actualCount != expectedCount)
-        return testing::AssertionFailure() << actualCount << " values, not " << expectedCount;
-    for (std::size_t i = 0; i < actualCount; ++i) {
+    if (actual.size() != expected.size())
+        return testing::AssertionFailure() << actual.size() << " values, not " << expected.size();
+    for (std::size_t i = 0; i < expected.size(); ++i) {
         const bool bothNaN = std::isnan(actual[i]) && std::isnan(expected[i]);
-        if (!bothNaN &&
-            std::bit_cast<std::uint32_t>(actual[i]) != std::bit_cast<std::uint32_t>(expected[i]))
+        const bool equal =
+            actual[i] == expected[i] && std::signbit(actual[i]) == std::signbit(expected[i]);
+        if (!bothNaN && !equal)
             return testing::AssertionFailure()
                    << "value " << i << " is " << actual[i] << ", not " << expected[i];
     }

@@ -112,12 +112,24 @@ class World(object):
         owner = self.set if method.owner == "SphericalHarmonic" else self.builder
         return getattr(owner, method.name)
 
+    def call(self, method, i, value):
+        """Calls the method with legal arguments but for number i."""
+        arguments = list(self.calls[method.name])
+        arguments[i] = value
+        return self.bound(method)(*arguments)
+
     def snapshot(self):
         """All that a refused call must leave as it was, as far as a script can see it."""
         b = self.builder
         return (self.set.numBands, str(self.set.GetAsBuffer()), str(self.other.GetAsBuffer()),
                 b.angleName, b.numSteps, str(b.GetImageBuffer()), str(
                     b.CreateLatitudeSH(2).GetAsBuffer()))
+
+
+def arguments_of(*kinds):
+    """Each argument of these kinds: its method and its index."""
+    return [(method, i) for method in METHODS for i, kind in enumerate(method.arguments)
+            if kind in kinds]
 
 
 class OrvaneTest(unittest.TestCase):
@@ -145,3 +157,12 @@ class OrvaneTest(unittest.TestCase):
             sys.exc_clear()
         else:
             self.fail("%r returned %r" % (arguments, result))
+
+
+class WorldTest(OrvaneTest):
+    """With a world to play in."""
+
+    def setUp(self):
+        OrvaneTest.setUp(self)
+        self.world = World()
+        self.addCleanup(self.__dict__.pop, "world")

@@ -7,7 +7,7 @@ import unittest
 
 import _Orvane
 
-from support import METHODS, OrvaneTest, World, filled_set
+from support import World, WorldTest, arguments_of, filled_set
 
 
 class Trap(object):
@@ -52,12 +52,10 @@ class TupleWithHoles(object):
             yield None
 
 
-class HostileTest(OrvaneTest):
-    def setUp(self):
-        OrvaneTest.setUp(self)
-        self.world = World()
-        self.addCleanup(self.__dict__.pop, "world")
+NUMBERS = "float", "f", "d", "i"  # what is converted by Python code of the argument's own
 
+
+class HostileTest(WorldTest):
     def test_every_conversion_may_change_everything(self):
         def havoc():
             world.set.SetNumBands(sizes.next())
@@ -68,19 +66,20 @@ class HostileTest(OrvaneTest):
             world.builder.ClearImageBuffer()
             gc.collect()
 
-        for method in METHODS:
-            for i, kind in enumerate(method.arguments):
-                if kind not in ("float", "f", "d", "i"):
-                    continue
-                world = World()
-                sizes = itertools.cycle([0, 7])
-                arguments = list(world.calls[method.name])
-                arguments[i] = Trap(havoc, arguments[i])
-                try:
-                    world.bound(method)(*arguments)
-                except (IndexError, RuntimeError, TypeError, ValueError):
-                    pass
-                self.assertEqual(world.builder.numSteps, 3, method.name)
+        for method, i in arguments_of(*NUMBERS):
+            world = World()
+            sizes = itertools.cycle([0, 7])
+            try:
+                world.call(method, i, Trap(havoc, world.calls[method.name][i]))
+            except (IndexError, RuntimeError, TypeError, ValueError):
+                pass
+            self.assertEqual(world.builder.numSteps, 3, method.name)
+
+    def test_exceptions_of_a_conversion_stand(self):
+        before = self.world.snapshot()
+        for method, i in arguments_of(*NUMBERS):
+            self.assert_raises(Raising, "from within", self.world.call, method, i, Trap(raise_it))
+        self.assertEqual(self.world.snapshot(), before)
 
     def test_sizes_are_looked_up_after_the_conversion(self):
         world, b, sh = self.world, self.world.builder, self.world.set
@@ -111,17 +110,6 @@ class HostileTest(OrvaneTest):
         held[:] = [_Orvane.SHBuilder(), filled_set(2).GetAsBuffer()]
         self.assertEqual(held[0].CreateSHFromBuffer(held[1], drop).GetCoefficient(3), 4.0)
 
-    def test_exceptions_of_a_conversion_stand(self):
-        before = self.world.snapshot()
-        for method in METHODS:
-            for i, kind in enumerate(method.arguments):
-                if kind in ("float", "f", "d", "i"):
-                    arguments = list(self.world.calls[method.name])
-                    arguments[i] = Trap(raise_it)
-                    self.assert_raises(Raising, "from within", self.world.bound(method),
-                                       *arguments)
-        self.assertEqual(self.world.snapshot(), before)
-
     def test_tuples_with_holes(self):
         world, seen = self.world, []
 
@@ -148,23 +136,18 @@ class HostileTest(OrvaneTest):
     def test_extreme_numbers_everywhere(self):
         floats = [float("nan"), float("inf"), -float("inf"), 5e-324, 1e308, -1e308, 2.0 ** 31, -0.0]
         ints = [-2 ** 31, 2 ** 31 - 1, -1, 0, 46341, 65536]
-        for method in METHODS:
-            for i, kind in enumerate(method.arguments):
-                if kind not in ("int", "float", "f", "d", "i"):
-                    continue
-                for extreme in ints if kind in ("int", "i") else floats:
-                    if method.name == "GenerateLookUpTables" and 0 < extreme < 2 ** 20:
-                        continue  # legal, and half a gigabyte
-                    world = World()
-                    arguments = list(world.calls[method.name])
-                    arguments[i] = extreme
-                    try:
-                        world.bound(method)(*arguments)
-                    except (IndexError, MemoryError, OverflowError, RuntimeError, TypeError,
-                            ValueError):
-                        pass
-                    if method.name != "SetNumBands":
-                        self.assertGreaterEqual(world.set.GetNumCoefficients(), 4, method.name)
+        for method, i in arguments_of("int", *NUMBERS):
+            for extreme in ints if method.arguments[i] in ("int", "i") else floats:
+                if method.name == "GenerateLookUpTables" and 0 < extreme < 2 ** 20:
+                    continue  # legal, and half a gigabyte
+                world = World()
+                try:
+                    world.call(method, i, extreme)
+                except (IndexError, MemoryError, OverflowError, RuntimeError, TypeError,
+                        ValueError):
+                    pass
+                if method.name != "SetNumBands":
+                    self.assertGreaterEqual(world.set.GetNumCoefficients(), 4, method.name)
 
 
 if __name__ == "__main__":

@@ -5,7 +5,7 @@ import unittest
 
 import _Orvane
 
-from support import ATTRIBUTES, DOCS, METHODS, OrvaneTest, filled_set
+from support import ATTRIBUTES, DOCS, METHODS, OrvaneTest
 
 
 class SurfaceTest(OrvaneTest):
@@ -37,23 +37,6 @@ class SurfaceTest(OrvaneTest):
                           builder.angleName), (256, 30, 900, 40.7436637878418))
         sh.numBands = 5
         self.assertEqual((sh.numBands, sh.GetNumCoefficients()), (5, 9))
-
-    def test_coefficients(self):
-        sh = filled_set(3, 0.0)
-        sh.SetNumBands(2)
-        sh.SetNumBands(3)
-        values = [sh.GetCoefficient(i) for i in range(9)]
-        self.assertEqual(values, [0.0, 1.0, 2.0, 3.0, 0.0, 0.0, 0.0, 0.0, 0.0])
-        sh.SetCoefficient(0, 0.1)
-        self.assertEqual(sh.GetCoefficient(0), 0.10000000149011612)
-        for index in -1, 9, 2 ** 31 - 1:
-            self.assertRaises(IndexError, sh.GetCoefficient, index)
-            self.assertRaises(IndexError, sh.SetCoefficient, index, 1.0)
-        for bands in -1, 46341, 2 ** 31 - 1, -2 ** 31:
-            self.assertRaises(ValueError, sh.SetNumBands, bands)
-        self.assertEqual(sh.numBands, 3)
-        sh.Clean()
-        self.assertEqual(str(sh.GetAsBuffer()), "\0" * 36)
 
 
 if __name__ == "__main__":

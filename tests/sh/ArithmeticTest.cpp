@@ -1,39 +1,27 @@
 #include "orvane/sh/Arithmetic.h"
 
 #include "model/LiteralArithmetic.h"
-#include "orvane/sh/SphericalHarmonic.h"
 #include "tests/native/MakeObject.h"
-
-#include <gtest/gtest.h>
+#include "tests/native/SameBits.h"
 
 #include <functional>
-#include <random>
 
 namespace {
 
 literal::Set Random(int bands, int count, unsigned seed)
 {
-    std::mt19937 random(seed);
-    std::normal_distribution<float> normal;
-    literal::Set set{bands, std::vector<float>(count)};
-    for (float &coefficient : set.coefficients)
-        coefficient = normal(random);
-    return set;
+    return {bands, RandomCoefficients(count, seed)};
 }
 
 std::shared_ptr<SphericalHarmonic> Make(const literal::Set &set)
 {
-    auto sh = MakeObject<SphericalHarmonic>();
-    sh->coefficients.resize(set.coefficients.size());
-    std::copy(set.coefficients.begin(), set.coefficients.end(), sh->coefficients.begin());
-    sh->numBands = set.numBands;
-    return sh;
+    return MakeSet(set.numBands, set.coefficients);
 }
 
 void ExpectSame(const SphericalHarmonic &sh, const literal::Set &set)
 {
     EXPECT_EQ(sh.numBands, set.numBands);
-    EXPECT_EQ(std::vector<float>(sh.coefficients.begin(), sh.coefficients.end()), set.coefficients);
+    EXPECT_TRUE(SameBits(sh.coefficients, set.coefficients));
 }
 
 struct Operation {
@@ -88,22 +76,6 @@ TEST(Arithmetic, GivesTheLiteralBitsForEverySizeAndAlias)
                         for (int i = 0; i < 3; ++i)
                             ExpectSame(*sets[i], literals[i]);
                     }
-}
-
-TEST(Arithmetic, BlendsAndCombinesByHand)
-{
-    const literal::Set values{1, {0.5f}};
-    const auto t = Make({3, std::vector<float>(9, 7.0f)});
-    t->Lerp(*Make({1, {2.0f}}), *Make({1, {4.0f}}), 0.25);
-    ExpectSame(*t, {1, {2.5f}});
-    t->CopyScaleAndSubtract(*Make({2, {1, 2, 3, 4}}), 2.0, *Make({2, {1, 1, 1, 1}}));
-    ExpectSame(*t, {2, {1, 3, 5, 7}});
-    t->Add(*t);
-    ExpectSame(*t, {2, {2, 6, 10, 14}});
-    t->SubtractScaled(*Make(values), -2.0f);
-    ExpectSame(*t, {2, {3, 6, 10, 14}});
-    t->Scale(0.0f);
-    ExpectSame(*t, {2, {0, 0, 0, 0}});
 }
 
 TEST(Arithmetic, RefusesABandCountWhoseSquareIsNegative)

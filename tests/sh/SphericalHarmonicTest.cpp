@@ -1,15 +1,9 @@
-#include "orvane/sh/SphericalHarmonic.h"
-
+#include "orvane/sh/CoefficientBuffer.h"
 #include "tests/native/MakeObject.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-std::vector<float> Values(const SphericalHarmonic &sh)
-{
-    return {sh.coefficients.begin(), sh.coefficients.end()};
-}
 
 TEST(SphericalHarmonic, KeepsTheLowerCoefficientsWhenResized)
 {
@@ -18,8 +12,10 @@ TEST(SphericalHarmonic, KeepsTheLowerCoefficientsWhenResized)
     EXPECT_EQ(sh->GetNumCoefficients(), 0);
     sh->SetNumBands(3);
     EXPECT_EQ(Values(*sh), std::vector<float>(9));
-    for (int k = 0; k < 9; ++k)
-        sh->SetCoefficient(k, static_cast<float>(k + 1));
+    for (int k = 0; k < 9; ++k) {
+        sh->SetCoefficient(k, k + 1.0f);
+        EXPECT_EQ(sh->GetCoefficient(k), k + 1.0f);
+    }
     sh->SetNumBands(2);
     EXPECT_EQ(Values(*sh), (std::vector<float>{1, 2, 3, 4}));
     sh->SetNumBands(3);
@@ -49,22 +45,13 @@ TEST(SphericalHarmonic, RefusesWhatIsOutOfRangeAndStaysAsItWas)
     EXPECT_EQ(Values(*sh), std::vector<float>(4));
 }
 
-TEST(SphericalHarmonic, ReadersSeeChangesUntilTheSetIsResized)
+// The source is bare memory of the set itself, which no view keeps.
+TEST(SphericalHarmonic, IsExtendedFromItsOwnMemory)
 {
-    const auto sh = MakeObject<SphericalHarmonic>();
-    EXPECT_EQ(sh->coefficients.Share(), nullptr);
-    sh->SetNumBands(2);
-    const auto view = sh->coefficients.Share();
-    sh->SetCoefficient(0, 2.0f);
-    EXPECT_EQ((*view)[0], 2.0f);
-    sh->SetNumBands(2);
-    sh->SetCoefficient(1, 3.0f);
-    EXPECT_EQ((*view)[1], 3.0f);
-    for (const int bands : {3, 1, 0}) {
-        sh->SetNumBands(bands);
-        sh->Clean();
-        EXPECT_EQ(*view, (std::vector<float>{2, 3, 0, 0})) << bands;
-    }
+    const auto sh = MakeSet(3, {1, 2, 3, 4, 5, 6, 7, 8, 9});
+    orvane::ExtendFromBuffer(*sh, sh->coefficients.data(), 4, 5);
+    EXPECT_EQ(Values(*sh), (std::vector<float>{1, 2, 3, 4, 5, 6, 7, 8, 9, 0, 0, 0, 0, //
+                                               0, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include "teskexposure/include/TeskCollections"
 #include "teskexposure/include/TeskWeakRef"
+#include "tests/native/Describe.h"
 #include "tests/tesk/NothingIsLeft.h"
 
 #include <gtest/gtest.h>
@@ -15,13 +16,7 @@ class TestObject : public IRoot {
 public:
     static ClassDescriptor *StaticClassDescriptor()
     {
-        static const Tx::Clsid clsid("Tests", "TestObject");
-        static const Tx::IID root("IRoot");
-        static const Tx::IID own("TestObject");
-        static const Tx::InterfaceEntry interfaces[] = {{&root, 0}, {&own, 0}, {nullptr, 0}};
-        static ClassDescriptor descriptor = {
-            .clsid = &clsid, .iid = &own, .interfaces = interfaces};
-        return &descriptor;
+        return Describe<TestObject>("Tests", "TestObject");
     }
     static const Tx::Clsid &Class() { return *StaticClassDescriptor()->clsid; }
 

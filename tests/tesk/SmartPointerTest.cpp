@@ -22,17 +22,6 @@ TEST_F(SmartPointer, OwnsTheReferenceOfWhatItCreates)
     EXPECT_EQ(TestObject::destroyed, 1);
 }
 
-TEST_F(SmartPointer, GivesItsReferenceBackWhenAnExceptionPasses)
-{
-    try {
-        TeskSmartPtr<TestObject> pointer;
-        ASSERT_TRUE(pointer.CreateInstance(TestObject::Class()));
-        throw 1;
-    } catch (int) {
-        EXPECT_EQ(TestObject::destroyed, 1);
-    }
-}
-
 TEST_F(SmartPointer, IsEmptyBeforeTheObjectHearsOfIt)
 {
     class Looker : public WeakReference {
