@@ -120,6 +120,16 @@ TEST(SharedView, GivesItsShareBack)
     EXPECT_EQ(block.use_count(), 1);
 }
 
+TEST(SharedView, HasOneSegment)
+{
+    const Reference view(orvane::binding::SharedView(nullptr, 0).object);
+    // A buffer's first field is the object that it stands on.
+    PyObject *const owner = *reinterpret_cast<PyObject **>(view.Get() + 1);
+    void *data;
+    EXPECT_EQ(Py_TYPE(owner)->tp_as_buffer->bf_getreadbuffer(owner, 1, &data), -1);
+    EXPECT_EQ(TakeError(), "SystemError: a view has one segment");
+}
+
 TEST(PythonErrors, StandForCppExceptions)
 {
     using namespace orvane;
