@@ -7,8 +7,8 @@
 #include "orvane/sh/Errors.h"
 #include "platform/RuntimeRandom.h"
 #include "tests/native/EachInstructionSet.h"
-#include "tests/native/MakeObject.h"
 #include "tests/native/SameBits.h"
+#include "tests/native/Sets.h"
 
 #include <gtest/gtest.h>
 

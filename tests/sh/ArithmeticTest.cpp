@@ -1,8 +1,8 @@
 #include "orvane/sh/Arithmetic.h"
 
 #include "model/LiteralArithmetic.h"
-#include "tests/native/MakeObject.h"
 #include "tests/native/SameBits.h"
+#include "tests/native/Sets.h"
 
 #include <functional>
 

@@ -3,8 +3,8 @@
 #include "model/LiteralRotation.h"
 #include "tests/native/EachInstructionSet.h"
 #include "tests/native/Harmonic.h"
-#include "tests/native/MakeObject.h"
 #include "tests/native/SameBits.h"
+#include "tests/native/Sets.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "orvane/sh/CoefficientBuffer.h"
-#include "tests/native/MakeObject.h"
+#include "tests/native/Sets.h"
 
 #include <gtest/gtest.h>
 
