@@ -235,6 +235,7 @@ std::int64_t FailEach(const char *call, const Allocator &allocator)
         }
         EXPECT_EQ(TeskReportTotals().liveObjects, totals.liveObjects);
         EXPECT_EQ(TeskReportTotals().bytes, totals.bytes);
+        EXPECT_EQ(TeskReportTotals().assertionHits, totals.assertionHits);
         EXPECT_EQ(outcome.result, "MemoryError: ");
         EXPECT_TRUE(outcome.state == before);
     }

@@ -46,6 +46,7 @@ protected:
     void SetUp() override
     {
         TestObject::destroyed = 0;
+        ExpectNothingIsLeft(); // of the tests before
         TeskResetReport();
         TxClasses->RegisterClasses(
             {{TestObject::StaticClassDescriptor(), &ClassFactory<TestObject>, 0}});
