@@ -58,15 +58,6 @@ TEST(LookUpTables, MapAnglesAsStated)
     EXPECT_EQ(builder.cosLut, std::vector<double>{1.0});
 }
 
-TEST(LookUpTables, RefuseSizesOutOfRangeAndKeepTheOldOnes)
-{
-    BuilderCase model(8);
-    for (const int numSteps : {0, -1, 262145, least, most})
-        EXPECT_THROW(model.builder.GenerateLookUpTables(numSteps), std::invalid_argument);
-    EXPECT_EQ(model.builder.numSteps, 8);
-    EXPECT_TRUE(SameBits(model.builder.legendreLut[899], model.tables.legendreLut[899]));
-}
-
 TEST(LookUpTables, AreReadWithTheLiteralBitsAtEveryInstructionSet)
 {
     std::mt19937 random(1);

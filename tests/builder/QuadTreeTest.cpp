@@ -77,16 +77,4 @@ TEST(QuadTree, EndsOfTheRangesBelongToTheOuterCells)
     ExpectLiteralLeaves(points);
 }
 
-TEST(QuadTree, CoincidingPointsShareADeepestLeaf)
-{
-    const std::vector<orvane::QuadLeaf> &leaves =
-        tree.FindLeaves({{1.0, 0.5}, {1.0, 0.5}, {1.0, 0.5}, {4.0, 0.5}});
-    const int depths[] = {11, 11, 11, 1};
-    const int counts[] = {3, 3, 3, 1};
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(leaves[i].depth, depths[i]);
-        EXPECT_EQ(leaves[i].count, counts[i]);
-    }
-}
-
 } // namespace

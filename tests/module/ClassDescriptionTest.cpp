@@ -118,14 +118,4 @@ TEST(ClassDescription, IsRegisteredBuilderFirst)
     }
 }
 
-TEST(ClassDescription, IsBuiltOnce)
-{
-    const ClassDescriptor before = *descriptors[1];
-    const std::size_t signatures = before.signatures->size();
-    EXPECT_EQ(SphericalHarmonic::StaticClassDescriptor(), descriptors[1]);
-    EXPECT_EQ(std::memcmp(&before, descriptors[1], sizeof before), 0);
-    EXPECT_EQ(before.signatures->size(), signatures);
-    EXPECT_EQ(ClassRegistrations().size(), 2u);
-}
-
 } // namespace

@@ -60,16 +60,6 @@ class ExamplesTest(Folder):
         steps = re.findall(r"^ *[0-9.]+ ms  (\w+)", output, re.MULTILINE)
         self.assertEqual(steps, ["read", "tables", "512", "projection", "rendering", "write"])
 
-    def test_project_image_refuses_what_is_no_image(self):
-        path = os.path.join(self.folder, "wrong.pgm")
-        for content in ("P2 2 1 255\n1 2", "P5 2 1 255\n1", "P5 2", ""):
-            with open(path, "wb") as wrong:
-                wrong.write(content)
-            self.assertRaises(ValueError, gallery.read_pgm, path)
-        with open(path, "wb") as commented:
-            commented.write("P5\n# two pixels\n2 1\n# more\n255\n#\n")
-        self.assertEqual(gallery.read_pgm(path), (2, 1, "#\n"))
-
     def test_depletion_profile_has_every_feature_in_its_place(self):
         path = os.path.join(self.folder, "sheet.png")
         output = self.run_example("depletion_profile.py", path)
@@ -126,15 +116,6 @@ class ReadmeTest(Folder):
     def test_is_short(self):
         with open("README.md") as readme:
             self.assertTrue(len(readme.read().split()) <= 700)
-
-
-class PngTest(Folder):
-    def test_round_trip(self):
-        path = os.path.join(self.folder, "noise.png")
-        pixels = bytearray((7 * i * i + i) % 251 for i in range(5 * 3 * 3))
-        png.write_png(path, 5, 3, pixels)
-        self.assertEqual(png.read_png(path), (5, 3, pixels))
-        self.assertRaises(ValueError, png.write_png, path, 5, 4, pixels)
 
 
 if __name__ == "__main__":

@@ -29,22 +29,6 @@ TEST(SphericalHarmonic, KeepsTheLowerCoefficientsWhenResized)
     EXPECT_EQ(sh->GetNumCoefficients(), 4);
 }
 
-TEST(SphericalHarmonic, RefusesWhatIsOutOfRangeAndStaysAsItWas)
-{
-    const auto sh = MakeObject<SphericalHarmonic>();
-    EXPECT_THROW(sh->GetCoefficient(0), std::out_of_range);
-    sh->SetNumBands(2);
-    for (const int index : {-1, 4, INT32_MIN, INT32_MAX}) {
-        EXPECT_THROW(sh->GetCoefficient(index), std::out_of_range);
-        EXPECT_THROW(sh->SetCoefficient(index, 1.0f), std::out_of_range);
-    }
-    for (const int bands : {-1, 46341, INT32_MIN, INT32_MAX})
-        EXPECT_THROW(sh->SetNumBands(bands), std::invalid_argument);
-    EXPECT_THROW(sh->ResizeToBands(46341), std::invalid_argument);
-    EXPECT_EQ(sh->numBands, 2);
-    EXPECT_EQ(Values(*sh), std::vector<float>(4));
-}
-
 // The source is bare memory of the set itself, which no view keeps.
 TEST(SphericalHarmonic, IsExtendedFromItsOwnMemory)
 {
