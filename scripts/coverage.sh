@@ -9,4 +9,5 @@ NeedPython2
 Build coverage
 find build/coverage -name '*.gcda' -delete
 ctest --preset coverage
-gcovr --filter orvane/ --filter tesk/ --sort-percentage --fail-under-line 95 build/coverage
+gcovr --filter orvane/ --filter tesk/ --sort-percentage --fail-under-line 95 \
+    build/coverage/orvane build/coverage/tesk

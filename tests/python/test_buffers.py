@@ -34,6 +34,8 @@ class ViewTest(OrvaneTest):
         self.assertEqual(view[:4], floats(2.0))
         with self.assertRaises(TypeError):
             view[0] = "x"
+        text = _Orvane.SHBuilder().CreateSHFromBuffer("2.50", 1).GetAsBuffer()
+        self.assertEqual(float(text), 2.5)  # its characters
         self.assertEqual(len(_Orvane.SphericalHarmonic().GetAsBuffer()), 0)
         self.assertEqual(hash(_Orvane.SphericalHarmonic().GetAsBuffer()), hash(buffer("")))
 
