@@ -43,13 +43,4 @@ TEST(IntegralMipMaps, HoldEveryBandAndWedge)
     }
 }
 
-TEST(IntegralMipMaps, NeedTheTables)
-{
-    BuilderCase model;
-    SHBuilder &builder = model.builder;
-    EXPECT_THROW(builder.GenerateImporanceIntegralMipMaps(), orvane::NotReady);
-    EXPECT_TRUE(builder.thetaIntegralMipMap.empty());
-    EXPECT_EQ(builder.totalIntegral, 0.0);
-}
-
 } // namespace

@@ -117,8 +117,6 @@ TEST(LookUpTables, RefuseWhatHasNoEntry)
     model.SetRandomly(3);
     for (const int band : {0, 65536, 46341})
         EXPECT_EQ(builder.GetValueAtBand(set, infinity, -1.0, band), 0.0);
-    EXPECT_THROW(builder.GetValueAt(set, 0.0, 0.0), NotReady);
-    EXPECT_THROW(builder.SHBasisFunc(0, 0.0, 0.0), NotReady);
     builder.GenerateLookUpTables(64);
     const std::pair<double, double> illegal[] = {
         {0, -1e-300},   {0, -1},  {0, 6.284},    {0, 7},         {0, 1e300}, {0, infinity},

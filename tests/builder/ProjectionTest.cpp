@@ -151,18 +151,6 @@ TEST(Projection, OfAnyFunctionHasTheBitsOfThePlainLoop)
     }
 }
 
-TEST(Projection, LeavesTheSetAloneWhereTheFunctionThrows)
-{
-    BuilderCase model(64);
-    model.builder.GenerateSphericalSamples(1, 2);
-    const ProjectionFunc refuse = [](SHBuilder &, const double &, const double &,
-                                     const void *) -> double {
-        throw std::domain_error("refused");
-    };
-    EXPECT_THROW(model.builder.ProjectFunction(model.set, 2, refuse, nullptr), std::domain_error);
-    EXPECT_EQ(model.set.numBands, 0);
-}
-
 TEST(Projection, WithoutBandsOrSamplesReadsNoTable)
 {
     using Create = std::function<void(SHBuilder &, SphericalHarmonic &, std::int32_t bands)>;

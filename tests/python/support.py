@@ -126,6 +126,16 @@ class World(object):
                     b.CreateLatitudeSH(2).GetAsBuffer()))
 
 
+OBJECTS = {"CreateSHFromBuffer": ["buffer"], "CreateSHFromImageBuffer": ["buffer"],
+           "ExtendSHFromBuffer": ["set", "buffer"], "RotateSH": ["set", "matrix"]}
+
+
+def kinds(method):
+    """What each argument is; of format O a set, buffer or matrix."""
+    objects = iter(OBJECTS.get(method.name, ["set"]))
+    return [next(objects) if kind == "O" else kind for kind in method.arguments]
+
+
 def arguments_of(*kinds):
     """Each argument of these kinds: its method and its index."""
     return [(method, i) for method in METHODS for i, kind in enumerate(method.arguments)

@@ -4,7 +4,7 @@ import unittest
 
 import _Orvane
 
-from support import METHODS, WorldTest, arguments_of
+from support import METHODS, WorldTest, arguments_of, kinds
 
 NO_MATCH = "Could not match argument %i to expected type: %s."
 
@@ -30,16 +30,6 @@ REFUSED = {
     ("tuple", "f"): (["x", None, [], object()], lambda i: None),
     ("tuple", "d"): (["x", None, [], object()], lambda i: None),
 }
-
-
-OBJECTS = {"CreateSHFromBuffer": ["buffer"], "CreateSHFromImageBuffer": ["buffer"],
-           "ExtendSHFromBuffer": ["set", "buffer"], "RotateSH": ["set", "matrix"]}
-
-
-def kinds(method):
-    """The arguments' types as REFUSED names them."""
-    objects = iter(OBJECTS.get(method.name, ["set"]))
-    return [next(objects) if kind == "O" else kind for kind in method.arguments]
 
 
 class MarshallingTest(WorldTest):

@@ -9,13 +9,11 @@ import unittest
 
 import _Orvane
 
-from support import ATTRIBUTES, DOCS, METHODS, MODULE_FOLDER
+from support import ATTRIBUTES, DOCS, METHODS, MODULE_FOLDER, kinds
 
 PAGE, STUB = "docs/reference.md", "orvane/module/_Orvane.pyi"
-STUB_TYPES = {"SH": "SphericalHarmonic", "f": "float", "d": "float", "i": "int"}
-OBJECTS = {"CreateSHFromBuffer": ["_ReadBuffer"], "CreateSHFromImageBuffer": ["_ReadBuffer"],
-           "ExtendSHFromBuffer": ["SphericalHarmonic", "_ReadBuffer"],
-           "RotateSH": ["SphericalHarmonic", "_Matrix"]}
+STUB_TYPES = {"SH": "SphericalHarmonic", "f": "float", "d": "float", "i": "int",
+              "set": "SphericalHarmonic", "buffer": "_ReadBuffer", "matrix": "_Matrix"}
 
 
 def read(path):
@@ -54,12 +52,11 @@ class ReferenceTest(unittest.TestCase):
             expected = {}
             for method in METHODS:
                 if method.owner == name:
-                    objects = iter(OBJECTS.get(method.name, ["SphericalHarmonic"]))
-                    types = [next(objects) if kind == "O" else STUB_TYPES.get(kind, kind)
-                             for kind in method.arguments]
+                    types = [STUB_TYPES.get(kind, kind) for kind in kinds(method)]
                     if method.style == "direct":
                         types = ["Any"]
-                    expected[method.name] = (types, STUB_TYPES.get(method.result, method.result))
+                    result = STUB_TYPES["SH"] if method.result == "SH" else method.result
+                    expected[method.name] = (types, result)
             self.assertEqual(found, expected)
             for attribute in ATTRIBUTES[name]:
                 kind = {"1": "int", "3": "float"}[attribute.code]

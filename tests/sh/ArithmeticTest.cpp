@@ -78,14 +78,6 @@ TEST(Arithmetic, GivesTheLiteralBitsForEverySizeAndAlias)
                     }
 }
 
-TEST(Arithmetic, RefusesABandCountWhoseSquareIsNegative)
-{
-    const auto target = Make(Random(2, 4, 1));
-    const auto operand = Make(Random(46341, 4, 2));
-    EXPECT_THROW(target->Lerp(*operand, *operand, 0.5), std::invalid_argument);
-    ExpectSame(*target, Random(2, 4, 1));
-}
-
 TEST(Arithmetic, CopiesCountAndBandsAsTheyAre)
 {
     for (const literal::Set &set : {Random(0, 0, 1), Random(3, 9, 2), Random(-7, 4, 3)}) {

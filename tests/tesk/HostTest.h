@@ -9,8 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <new>
 #include <string>
+#include <utility>
 
 class TestObject : public IRoot {
 public:
@@ -39,6 +41,26 @@ public:
     using Counting::mLockCount;
     WeakReference **WeakReferences() { return weakRefSite.mRefs.begin(); }
     size_t WeakReferenceCount() const { return weakRefSite.mRefs.size(); }
+};
+
+/// Writes its letter into a log when it is told, then does what it was given to do.
+class Listener : public WeakReference {
+public:
+    Listener(char letter, std::string &log, std::function<void(IWeakObject *)> action = {})
+        : letter(letter), log(log), action(std::move(action))
+    {
+    }
+    void Invalidate(IWeakObject *object) override
+    {
+        log += letter;
+        if (action)
+            action(object);
+    }
+
+private:
+    char letter;
+    std::string &log;
+    std::function<void(IWeakObject *)> action;
 };
 
 class HostTest : public testing::Test {

@@ -26,19 +26,15 @@ TEST_F(SmartPointer, OwnsTheReferenceOfWhatItCreates)
 
 TEST_F(SmartPointer, IsEmptyBeforeTheObjectHearsOfIt)
 {
-    class Looker : public WeakReference {
-    public:
-        void Invalidate(IWeakObject *) override { seen = pointer.Get(); }
-        TeskSmartPtr<TestObject> pointer;
-        TestObject *seen = nullptr;
-    } looker;
-    ASSERT_TRUE(looker.pointer.CreateInstance(TestObject::Class()));
-    looker.seen = looker.pointer.Get();
-    IWeakObject *const weak = WeakInterface(looker.pointer.Get());
+    TeskSmartPtr<TestObject> pointer;
+    std::string log;
+    Listener looker('l', log, [&](IWeakObject *) { EXPECT_EQ(pointer.Get(), nullptr); });
+    ASSERT_TRUE(pointer.CreateInstance(TestObject::Class()));
+    IWeakObject *const weak = WeakInterface(pointer.Get());
     weak->AddWeakReference(&looker);
     weak->Unlock();
-    looker.pointer.Release();
-    EXPECT_EQ(looker.seen, nullptr);
+    pointer.Release();
+    EXPECT_EQ(log, "l");
     EXPECT_EQ(TestObject::destroyed, 1);
 }
 

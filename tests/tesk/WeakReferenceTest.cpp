@@ -1,29 +1,6 @@
 #include "tests/tesk/HostTest.h"
 
-#include <functional>
-#include <string>
-
 namespace {
-
-/// Writes its letter into a log when it is told, then does what it was given to do.
-class Listener : public WeakReference {
-public:
-    Listener(char letter, std::string &log, std::function<void(IWeakObject *)> action = {})
-        : letter(letter), log(log), action(std::move(action))
-    {
-    }
-    void Invalidate(IWeakObject *object) override
-    {
-        log += letter;
-        if (action)
-            action(object);
-    }
-
-private:
-    char letter;
-    std::string &log;
-    std::function<void(IWeakObject *)> action;
-};
 
 class WeakReferences : public HostTest {
 protected:
