@@ -183,10 +183,6 @@ TEST(ProjectionFunctions, AtTellingPoints)
     const SHBuilder &builder = model.builder;
     for (const double angle : {0.0, 1.0, -2.5, 100.0}) {
         EXPECT_EQ(builder.LongtitudeProjectionFunc(angle, 0.0), 0.0);
-        EXPECT_EQ(builder.LongtitudeProjectionFunc(angle, 1.2),
-                  literal::Longitude(model.tables)(angle, 1.2));
-        EXPECT_EQ(builder.LatitudeProjectionFunc(7.0, angle),
-                  literal::Latitude(model.tables)(7.0, angle));
         EXPECT_EQ(builder.GaussProjectionFunc(angle, 0.3, 0.5),
                   literal::Gauss(0.5, 0.0, 0.0)(angle, 0.3));
     }

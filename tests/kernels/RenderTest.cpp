@@ -40,11 +40,6 @@ struct Picture {
     int offset;
 };
 
-std::vector<float> RandomSet(int bands, unsigned seed)
-{
-    return RandomCoefficients(bands * bands, seed);
-}
-
 /// Renders the set at every instruction set and compares with the literal model; `counts` looks at
 /// how the pixels were decided.
 void ExpectLiteral(
@@ -91,7 +86,7 @@ TEST_F(Render, WritesTheLiteralBytes)
              {std::pair{1, 1}, {3, 2}, {15, 31}, {64, 5}, {65, 4}, {130, 7}, {257, 3}}) {
             const int bands = ++round % 30 + 1;
             const auto scale = static_cast<float>(1 + round % 40);
-            ExpectLiteral(CaseFor(numSteps), RandomSet(bands, round),
+            ExpectLiteral(CaseFor(numSteps), RandomCoefficients(bands * bands, round),
                           {width, height, scale, round * 37 % 256});
         }
 }
@@ -100,7 +95,7 @@ TEST_F(Render, TakesAnyNumberOfCoefficients)
 {
     for (const int count : {1, 2, 3, 5, 8, 17, 24, 101, 899})
         for (const bool sparse : {false, true}) {
-            std::vector<float> set = RandomSet(30, count);
+            std::vector<float> set = RandomCoefficients(900, count);
             set.resize(count);
             for (int i = 0; sparse && i + 1 < count; ++i)
                 set[i] = 0;
@@ -111,14 +106,14 @@ TEST_F(Render, TakesAnyNumberOfCoefficients)
 // More different polar rows than one block holds, and image rows that share theirs.
 TEST_F(Render, WalksAllRows)
 {
-    ExpectLiteral(CaseFor(1200), RandomSet(6, 1), {3, 1100, 30, 128});
-    ExpectLiteral(CaseFor(10), RandomSet(30, 2), {67, 90, 5, 128});
+    ExpectLiteral(CaseFor(1200), RandomCoefficients(36, 1), {3, 1100, 30, 128});
+    ExpectLiteral(CaseFor(10), RandomCoefficients(900, 2), {67, 90, 5, 128});
 }
 
 TEST_F(Render, LeavesFewPixelsToTheSlowTiers)
 {
     constexpr int pixels = 256 * 64;
-    ExpectLiteral(CaseFor(1024), RandomSet(30, 3), {256, 64, 5, 128},
+    ExpectLiteral(CaseFor(1024), RandomCoefficients(900, 3), {256, 64, 5, 128},
                   [](const RenderCounts &counts) {
                       EXPECT_GT(counts.rechecked, 0);
                       EXPECT_LT(counts.rechecked, pixels / 200);
@@ -143,7 +138,7 @@ TEST_F(Render, SumsTermByTermOnTheEdgeOfAByte)
             const int x = static_cast<int>(random() % width);
             const double theta = static_cast<double>(round % height) * dTheta;
             const int step = model.tables.Index(theta);
-            std::vector<float> set = RandomSet(30, round);
+            std::vector<float> set = RandomCoefficients(900, round);
             if (wholeRow)
                 set.assign(set.size(), 0.0f);
             set[0] = set[6] = 0;
@@ -175,7 +170,7 @@ TEST_F(Render, SaturatesExtremes)
     for (const float extreme : {1.0f, 0.0f, 1e38f, -3e38f, 1e-45f, infinite, -infinite, nan})
         for (const float scale : {1.0f, 100.0f, -1e38f, 1e-45f, 0.0f, infinite, nan})
             for (const int offset : {128, -40, 1 << 23, -(1 << 23) - 1, 2000000000, least, most}) {
-                std::vector<float> set = RandomSet(4, 5);
+                std::vector<float> set = RandomCoefficients(16, 5);
                 set[6] = extreme;
                 ExpectLiteral(
                     model, set, {width, height, scale, offset}, [&](const RenderCounts &counts) {
@@ -185,7 +180,7 @@ TEST_F(Render, SaturatesExtremes)
             }
     // An offset beyond the whole floats, and values just as far on the other side.
     for (const int sign : {1, -1}) {
-        std::vector<float> far = RandomSet(2, 6);
+        std::vector<float> far = RandomCoefficients(4, 6);
         far[0] = static_cast<float>(-sign * 1e9 / Polar(model, 0, 0));
         ExpectLiteral(model, far, {width, height, 1, sign * 1000000000 + 100});
     }

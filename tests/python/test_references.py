@@ -6,8 +6,7 @@ import unittest
 
 import _Orvane
 
-from support import (HOST, METHODS, OBJECT_ALLOCATION, OrvaneTest, World, filled_set,
-                     host_totals)
+from support import HOST, METHODS, OBJECT_ALLOCATION, WorldTest, filled_set, host_totals
 
 CALLS = 10000
 CALLS_OF_SLOW_METHODS = 100
@@ -21,12 +20,7 @@ class Unconvertible(object):
     __int__ = __float__
 
 
-class ReferenceTest(OrvaneTest):
-    def setUp(self):
-        OrvaneTest.setUp(self)
-        self.world = World()
-        self.addCleanup(self.__dict__.pop, "world")
-
+class ReferenceTest(WorldTest):
     def check(self, call, arguments, error=None, before_call=None):
         """Calls a method often; `error` tells what it must raise each time."""
         watched = arguments + [call.__self__, None, _Orvane.SphericalHarmonic, _Orvane.SHBuilder,

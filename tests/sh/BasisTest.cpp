@@ -2,6 +2,7 @@
 
 #include "model/LiteralModel.h"
 #include "orvane/sh/Constants.h"
+#include "tests/native/Angles.h"
 #include "tests/native/SameBits.h"
 
 #include <cfloat>
@@ -53,19 +54,8 @@ TEST(Basis, LegendreFunctionsAgreeWithTheStandardLibrary)
 
 TEST(Basis, FoldsAnglesAsSubtractingTurnsDoes)
 {
-    std::vector<double> angles = {0.0, -0.0, 1e-300, -1e-300, 7.0, -0.5, 5e-324, -5e-324};
-    for (int turns = 1; turns <= 40; ++turns)
-        for (const double angle : {turns * TWO_PI_F, -turns * TWO_PI_F}) {
-            angles.push_back(angle);
-            angles.push_back(std::nextafter(angle, 1e300));
-            angles.push_back(std::nextafter(angle, -1e300));
-        }
-    std::mt19937_64 random(1);
-    for (const double limit : {10.0, 1e3, 1e5})
-        for (int i = 0; i < 2000; ++i)
-            angles.push_back(std::uniform_real_distribution<double>(-limit, limit)(random));
     std::vector<double> folded, expected;
-    for (const double angle : angles) {
+    for (const double angle : AnglesUpTo(1e5)) {
         folded.push_back(WrapAngle(angle));
         expected.push_back(literal::WrapAngle(angle));
     }

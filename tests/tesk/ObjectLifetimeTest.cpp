@@ -102,13 +102,6 @@ TEST_F(ObjectLifetime, WithoutAClassTableOnlyTheCountingOfInstancesIsMissing)
     EXPECT_EQ(TestObject::destroyed, 1);
 }
 
-TEST_F(ObjectLifetime, RegisteringAClassAgainReplacesItsFactory)
-{
-    TxClasses->RegisterClasses(
-        {{TestObject::StaticClassDescriptor(), [](const Tx::IID &, void **) { return false; }, 0}});
-    EXPECT_FALSE(Create());
-}
-
 /// An object before the first line of main and one after its last.
 struct LoadAndExit {
     LoadAndExit() : createdAtLoad(UseOne()) {}
