@@ -16,6 +16,11 @@ TEST(ImageProjection, HasTheBitsOfThePlainLoop)
         auto samples = LiteralSamples(6, 11);
         samples.push_back({pi, literal::twoPi}); // row = height and column = width
         samples.push_back({pi / 2, std::nextafter(literal::twoPi, 10.0)});
+        // At pixel corners and a hair beside, where each rounding of the scales shows.
+        for (int k = 1; k < 128; k += 9)
+            for (const double factor : {1 - 4e-8, 1 - 2e-8, 1.0, 1 + 2e-8, 1 + 4e-8})
+                samples.push_back(
+                    {k * literal::twoPi / 256 * factor, k * literal::twoPi / 256 * factor});
         model.UseSamples(samples);
         for (const auto &image : cases) {
             std::vector<std::uint8_t> pixels(static_cast<std::size_t>(image.width) * image.height);
