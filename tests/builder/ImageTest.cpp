@@ -13,8 +13,11 @@ struct Image : testing::Test, BuilderCase {
 
 TEST_F(Image, MayHaveNoPixelsAndNoSidesThatOnlyWrapIntoRange)
 {
-    builder.SetImageBuffer(4, 1);
-    EXPECT_EQ(Pixels(), std::vector<std::uint8_t>(4));
+    for (int call = 0; call < 2; ++call) {
+        builder.SetImageBuffer(4, 1);
+        EXPECT_EQ(Pixels(), std::vector<std::uint8_t>(4));
+        builder.imageBuffer[3] = 7;
+    }
     for (const auto &[width, height] : {std::pair{-4, -1}, {65536, 65536}, {46341, 46341}})
         EXPECT_THROW(builder.SetImageBuffer(width, height), std::invalid_argument);
     EXPECT_EQ(builder.imageWidth, 4);
