@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <initializer_list>
 
 using namespace orvane;
 
@@ -34,11 +35,21 @@ constexpr std::array<double, quadTreeDepth + 1> cellAreas = [] {
     return areas;
 }();
 
+void RequireFinite(std::initializer_list<double> values)
+{
+    for (const double value : values)
+        if (!std::isfinite(value))
+            throw std::invalid_argument("the Gaussian's points are not finite; expected finite "
+                                        "latitude, longitude, stdDev");
+}
+
 /// Replaces the points.
-/// @throws std::invalid_argument where an offset's place is not finite, std::bad_alloc
+/// @throws std::invalid_argument where an argument or an offset's place is not finite,
+/// std::bad_alloc
 void PlacePoints(const std::vector<GaussOffset> &offsets, const std::vector<SphericalSample> &cover,
                  double latitude, double longitude, double stdDev, PlacedPoints &points)
 {
+    RequireFinite({latitude, longitude, stdDev});
     points.theta.resize(offsets.size() + cover.size());
     points.onSphere.resize(points.theta.size());
     std::size_t next = 0;
@@ -50,9 +61,7 @@ void PlacePoints(const std::vector<GaussOffset> &offsets, const std::vector<Sphe
     for (const GaussOffset &offset : offsets) {
         const double theta = stdDev * offset.x + latitude;
         const double phi = stdDev * offset.y + longitude;
-        if (!std::isfinite(theta) || !std::isfinite(phi))
-            throw std::invalid_argument("the Gaussian's points are not finite; expected finite "
-                                        "latitude, longitude, stdDev");
+        RequireFinite({theta, phi});
         // Beyond the pole a point comes down on the other side.
         if (theta < 0)
             append(-theta, WrapAngle(phi + PI_F));
@@ -121,8 +130,8 @@ void SHBuilder::GeneratePDFSamples(std::int32_t seed, std::int32_t sqrtNumSample
 /// coefficients the set has already are the start of the sums.
 /// @param latitude polar angle of the mean in radians, @param longitude its azimuth
 /// @param stdDev how far the offsets reach, in radians; their densities do not depend on it
-/// @throws std::invalid_argument where a point's place is not finite, NotReady without tables where
-/// there are samples, std::bad_alloc. The set is unchanged then.
+/// @throws std::invalid_argument where an argument or a point's place is not finite, NotReady
+/// without tables where there are samples, std::bad_alloc. The set is unchanged then.
 SphericalHarmonic &SHBuilder::CreateImportanceSampledGaussSH(SphericalHarmonic &sh, double latitude,
                                                              double longitude, double stdDev)
 {

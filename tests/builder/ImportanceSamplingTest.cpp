@@ -148,16 +148,20 @@ TEST(ImportanceSampling, HasTheShapeOfTheProjectedGaussian)
 TEST(ImportanceSampling, WithoutSamplesGivesNaNAndReadsNoTable)
 {
     Sampled sampled;
+    const auto expectRefusals = [&sampled] {
+        for (const double bad : {infinity, -infinity, std::nan("")}) {
+            EXPECT_THROW(sampled.Make(bad, 1.0, 0.1), std::invalid_argument);
+            EXPECT_THROW(sampled.Make(1.0, bad, 0.1), std::invalid_argument);
+            EXPECT_THROW(sampled.Make(1.0, 1.0, bad), std::invalid_argument);
+        }
+    };
+    expectRefusals();
     sampled.Make(1.0, 1.0, 0.1);
     EXPECT_TRUE(SameBits(sampled.set.coefficients, std::vector<float>(900, std::nanf(""))));
     sampled.builder.GeneratePDFSamples(1, 0, 1);
     EXPECT_THROW(sampled.Make(1.0, 1.0, 0.1), orvane::NotReady);
     sampled.builder.GenerateLookUpTables(16);
-    for (const double bad : {infinity, -infinity, std::nan("")}) {
-        EXPECT_THROW(sampled.Make(bad, 1.0, 0.1), std::invalid_argument);
-        EXPECT_THROW(sampled.Make(1.0, bad, 0.1), std::invalid_argument);
-        EXPECT_THROW(sampled.Make(1.0, 1.0, bad), std::invalid_argument);
-    }
+    expectRefusals();
     EXPECT_EQ(sampled.set.coefficients.size(), 0u);
 }
 
