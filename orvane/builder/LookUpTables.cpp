@@ -30,10 +30,42 @@ double Evaluate(const SHBuilder &builder, const SphericalHarmonic &sh, double ph
     RequireTerms(sh, name, bands);
     const int orders = BandsReached(count);
     RequireFoldable(phi, orders - 1);
-    const double *polarRow = builder.polarTable.Row(PolarStep(builder, theta));
+    const std::size_t step = PolarStep(builder, theta);
+    RequirePolarRow(builder, step);
+    const double *polarRow = builder.polarTable.Row(step);
     AngleFactors factors;
     builder.kernels->angleFactors(AngleTablesOf(builder), phi, orders, factors);
     return builder.kernels->evaluation(sh.coefficients.data(), count, polarRow, factors);
+}
+
+/// How many polar rows GenerateLookUpTables makes: those of the angles up to pi, to which no
+/// rounding adds more than a millionth.
+std::size_t RowsUpToPi(std::int32_t steps)
+{
+    return static_cast<std::size_t>(steps) / 2 + 1;
+}
+
+/// Adds the polar rows of all other steps, as the kernel would fill them.
+void CompletePolarRows(const SHBuilder &builder)
+{
+    AlignedArray<double> &rows = builder.polarTable.rows;
+    std::size_t step = builder.polarTable.Steps();
+    const std::size_t numSteps = builder.cosLut.size();
+    rows.resize(numSteps * polarRowLength);
+    const std::array<double, tableCoefficients> &normalisation = NormalisationTable();
+    constexpr std::size_t chunkSteps = 32; // rows that stay in the cache meanwhile
+    while (step < numSteps) {
+        const std::size_t end = std::min(step + chunkSteps, numSteps);
+        for (int l = 0; l < tableBands; ++l)
+            for (int m = 0; m <= l; ++m) {
+                const int index = CoefficientIndex(l, m);
+                const double *legendre = builder.legendreLut[index].data();
+                for (std::size_t k = step; k < end; ++k)
+                    rows[k * polarRowLength + PolarIndex(l, m)] =
+                        legendre[k] * normalisation[index];
+            }
+        step = end;
+    }
 }
 
 } // namespace
@@ -61,6 +93,12 @@ std::size_t PolarStep(const SHBuilder &builder, double theta)
         throw std::invalid_argument(
             IllegalValue("theta", theta, "a polar angle from 0 to pi, within the tables"));
     return static_cast<std::size_t>(step);
+}
+
+void RequirePolarRow(const SHBuilder &builder, std::size_t step)
+{
+    if (step >= builder.polarTable.Steps())
+        CompletePolarRows(builder);
 }
 
 void RequireFoldable(double phi, int order)
@@ -92,7 +130,9 @@ void SHBuilder::GenerateLookUpTables(std::int32_t steps)
         std::vector<double> sines(count);
         std::vector<std::vector<double>> legendre(tableCoefficients, std::vector<double>(count));
         std::vector<std::int32_t> orders(tableCoefficients);
-        AlignedArray<double> rows(count * polarRowLength);
+        AlignedArray<double> rows;
+        rows.reserve(count * polarRowLength);
+        rows.resize(RowsUpToPi(steps) * polarRowLength);
         cosLut.swap(cosines);
         sinLut.swap(sines);
         legendreLut.swap(legendre);
@@ -120,7 +160,7 @@ void SHBuilder::GenerateLookUpTables(std::int32_t steps)
             legendre[index] = legendreLut[index].data();
         }
     kernels->legendre({cosLut.data(), steps, NormalisationTable().data(), legendre.data(),
-                       polarTable.rows.data()});
+                       polarTable.rows.data(), static_cast<std::int32_t>(polarTable.Steps())});
 }
 
 /// The value of the set at a point.

@@ -23,6 +23,9 @@ void RequireTerms(const SphericalHarmonic &sh, const char *name, std::int32_t ba
 /// @throws std::invalid_argument where theta is below 0, beyond the tables or not finite
 std::size_t PolarStep(const SHBuilder &builder, double theta);
 
+/// Sees to it that a table step, 0 to numSteps - 1, has its polar row.
+void RequirePolarRow(const SHBuilder &builder, std::size_t step);
+
 /// Refuses an azimuth whose multiples up to `order` cannot all be folded.
 /// @throws std::invalid_argument where one of them is not finite
 void RequireFoldable(double phi, int order);

@@ -3,6 +3,7 @@
 // Sums weighted points of the sphere into a coefficient set: what every projection does with its
 // samples.
 
+#include "orvane/builder/LookUpTables.h"
 #include "orvane/builder/SHBuilder.h"
 #include "orvane/kernels/Projection.h"
 
@@ -39,6 +40,7 @@ public:
         // +0, and rounding to nearest gives -0 only as the sum of two -0. NaN is not 0.
         if (value == 0.0)
             return;
+        RequirePolarRow(builder, thetaStep);
         points[numPoints++] = {phi, value, static_cast<std::int32_t>(thetaStep)};
         if (numPoints == points.size())
             Flush();

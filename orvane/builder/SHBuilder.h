@@ -137,7 +137,10 @@ public:
 
     // Derived from the tables above.
 
-    orvane::PolarTable polarTable;  ///< normalised Legendre values, one row per theta step
+    /// Normalised Legendre values, a row for each theta step up to pi and memory for the others.
+    /// Only points that lie beyond a pole read those; the first of them has them made
+    /// (RequirePolarRow).
+    mutable orvane::PolarTable polarTable;
     const orvane::Kernels *kernels; ///< for the processor at hand
 
     orvane::PlacedPoints placedPoints; ///< of the last importance-sampled Gaussian

@@ -1,7 +1,6 @@
 // The Legendre tables: theta steps are the lanes, one pass per order m gives all its bands.
 //
-// For each order, the recurrence goes down the arrays of its bands, reading what it has just
-// written,
+// A block of steps goes down the bands of one order in registers, by the recurrence
 //
 //                       lanes = steps k, k+1, k+2 ...
 //     P(m, m)           that of m - 1 times one more factor of the sine
@@ -9,23 +8,32 @@
 //     P(m+2, m)         from P(m+1, m) and P(m, m)
 //     ...               down to P(29, m)
 //
-// and writes the array of (l, -m) along with that of (l, m). Then squares of these arrays, times
-// K(l, m), are transposed into the run of m in the polar rows:
+// and writes each value to the arrays of (l, m) and (l, -m). Every few bands, the values times
+// K(l, m) are transposed into the run of m in the polar rows:
 //
-//     arrays     l     k  k+1  k+2 ...               polar row k      l  l+1  l+2 ...
+//     registers  l     k  k+1  k+2 ...               polar row k      l  l+1  l+2 ...
 //                l+1   k  k+1  k+2 ...      ->                 k+1    l  l+1  l+2 ...
 //                l+2   k  k+1  k+2 ...                         k+2    l  l+1  l+2 ...
 //
-// The work is bound by its stores, 12 kilobytes a step. Long sequential ones are the fastest, hence
-// a whole array before the next; steps are taken in chunks so that the arrays of one order stay in
-// the second-level cache for the second pass.
+// The work is bound by its stores, 10 kilobytes a step into up to 60 arrays and a row for every
+// step: more places than the processor follows on its own. What a later block will write is
+// therefore fetched ahead of it; this halves the time where the caches cannot hold the tables.
 //
 // The bits are those of the recurrence run for each (l, m) on its own: to reach a large l it passes
 // through every smaller one with the same operations, and its start value for m + 1 is the one for
 // m times one more factor.
 
-constexpr int chunkSteps = 1024;
-constexpr int runUnit = 8; ///< the runs of a polar row are padded to whole units
+constexpr int chunkSteps = 1024; ///< steps that go through all orders together
+constexpr int blockVectors = lanes < 8 ? 4 : 2;
+constexpr int blockSteps = blockVectors * lanes; ///< a divisor of chunkSteps
+constexpr int stepsAhead = 32;                   ///< how far ahead of a block is fetched
+
+/// The theta steps from `first` on, of which a block takes the first blockSteps.
+struct StepBlock {
+    int first;
+    int steps; ///< that are left
+    int rows;  ///< that are left of the polar rows, which end earlier
+};
 
 /// The first `count` lanes, all of them where there are more; the others are 0.
 inline VecD LoadFirst(const double *from, int count)
@@ -49,81 +57,105 @@ inline void StoreFirst(double *to, VecD value, int count)
         to[lane] = value[lane];
 }
 
-/// The arrays of (l, m) and (l, -m) for the `steps` steps from `first` on.
-inline void FillLegendreRow(const LegendreTables &tables, const double *sine, int l, int m,
-                            int first, int steps)
+/// Fetches `count` values that are about to be written.
+inline void Fetch(const double *from, int count)
 {
-    const auto array = [&](int band, int order) {
-        return tables.legendre[band * band + band + order] + first;
-    };
-    const double *x = tables.cosines + first;
-    double *positive = array(l, m);
-    double *negative = array(l, -m);
-    for (int k = 0; k < steps; k += lanes) {
-        const int left = steps - k;
-        VecD value;
-        if (m == l) {
-            value = Broadcast(1.0);
-            if (m > 0)
-                value = LoadFirst(array(l - 1, m - 1) + k, left) *
-                        (-(2.0 * m - 1.0) * LoadFirst(sine + k, left));
-        } else {
-            // For l = m + 1 it takes 0 from the product and divides by 1: no change.
-            const VecD below = LoadFirst(array(l - 1, m) + k, left);
-            const VecD belowThat = l - 2 >= m ? LoadFirst(array(l - 2, m) + k, left) : VecD{};
-            value = ((2.0 * l - 1.0) * LoadFirst(x + k, left) * below - (l + m - 1.0) * belowThat) /
-                    static_cast<double>(l - m);
-        }
-        StoreFirst(positive + k, value, left);
-        if (m > 0)
-            StoreFirst(negative + k, value, left);
-    }
+    for (int i = 0; i < count; i += 8)
+        __builtin_prefetch(from + i, 1);
 }
 
-/// The run of order m into the polar rows of the `steps` steps from `first` on.
-inline void FillPolarRun(const LegendreTables &tables, int m, int first, int steps, int runStart)
+/// Stores the block's values of one band and order.
+template <bool isWhole> inline void StoreBlock(double *array, const VecD *values, StepBlock block)
 {
-    const int length = tableBands - m;
-    double *run = tables.polarRows + static_cast<long long>(first) * polarRowLength + runStart;
-    for (int k = 0; k < steps; k += lanes, run += lanes * polarRowLength) {
-        // The rows lie a page apart, so that nothing else fetches them ahead.
-        if (k + 3 * lanes <= steps)
-            for (int i = 2 * lanes; i < 3 * lanes; ++i)
-                for (int band = 0; band < length; band += runUnit)
-                    __builtin_prefetch(run + i * polarRowLength + band, 1, 2);
-        for (int band = 0; band < length; band += lanes) {
-            VecD square[lanes];
-            for (int i = 0; i < lanes; ++i) {
-                const int l = m + band + i;
-                const int index = l * l + l + m;
-                square[i] = l < tableBands
-                                ? LoadFirst(tables.legendre[index] + first + k, steps - k) *
-                                      tables.normalisation[index]
-                                : VecD{};
+    double *to = array + block.first;
+    if (block.steps >= stepsAhead + blockSteps)
+        Fetch(to + stepsAhead, blockSteps);
+    for (int i = 0; i < blockVectors; ++i)
+        StoreFirst(to + i * lanes, values[i], isWhole ? lanes : block.steps - i * lanes);
+}
+
+/// All bands of order m for one block, the run of the polar rows included.
+/// @param start P(m, m)
+/// @tparam isWhole whether the block has all its steps, and polar rows for all or none
+template <bool isWhole>
+inline void FillOrder(const LegendreTables &tables, int m, StepBlock block, const double *start)
+{
+    VecD x[blockVectors], value[blockVectors], below[blockVectors];
+    for (int i = 0; i < blockVectors; ++i) {
+        const int left = isWhole ? lanes : block.steps - i * lanes;
+        x[i] = LoadFirst(tables.cosines + block.first + i * lanes, left);
+        value[i] = Load(start + i * lanes);
+        below[i] = VecD{};
+    }
+    double *run =
+        tables.polarRows + static_cast<long long>(block.first) * polarRowLength + polarRunStart[m];
+    if (block.rows >= stepsAhead + blockSteps)
+        for (int step = stepsAhead; step < stepsAhead + blockSteps; ++step)
+            Fetch(run + step * polarRowLength, tableBands - m);
+
+    // Copies: to the compiler, each store might change `tables`.
+    double *const *const arrays = tables.legendre;
+    const double *const normalisation = tables.normalisation;
+    for (int group = m; group < tableBands; group += lanes) {
+        VecD squares[blockVectors][lanes] = {};
+        // Unrolled, the squares stay in registers.
+#pragma GCC unroll 8
+        for (int row = 0; row < lanes; ++row) {
+            if (group + row >= tableBands)
+                continue;
+            const int l = group + row;
+            const int index = l * l + l + m;
+            for (int i = 0; i < blockVectors; ++i) {
+                if (l > m) {
+                    // For l = m + 1 it takes 0 from the product and divides by 1: no change.
+                    const VecD above =
+                        ((2.0 * l - 1.0) * x[i] * value[i] - (l + m - 1.0) * below[i]) /
+                        static_cast<double>(l - m);
+                    below[i] = value[i];
+                    value[i] = above;
+                }
+                squares[i][row] = value[i] * normalisation[index];
             }
-            Transpose(square);
-            for (int i = 0; i < lanes && k + i < steps; ++i)
-                Store(run + i * polarRowLength + band, square[i]);
+            StoreBlock<isWhole>(arrays[index], value, block);
+            if (m > 0)
+                StoreBlock<isWhole>(arrays[index - 2 * m], value, block);
+        }
+        if (block.rows <= 0)
+            continue;
+        for (int i = 0; i < blockVectors; ++i) {
+            Transpose(squares[i]);
+            for (int lane = 0; lane < lanes; ++lane) {
+                const int step = i * lanes + lane;
+                if (isWhole || step < block.rows)
+                    Store(run + step * polarRowLength + group - m, squares[i][lane]);
+            }
         }
     }
 }
 
 inline void FillLegendreTables(const LegendreTables &tables)
 {
-    double sine[chunkSteps];
-    for (int first = 0; first < tables.numSteps; first += chunkSteps) {
-        const int left = tables.numSteps - first;
+    double sine[chunkSteps], start[chunkSteps];
+    for (int chunk = 0; chunk < tables.numSteps; chunk += chunkSteps) {
+        const int left = tables.numSteps - chunk;
         const int steps = left < chunkSteps ? left : chunkSteps;
         for (int k = 0; k < steps; ++k) {
-            const double x = tables.cosines[first + k];
+            const double x = tables.cosines[chunk + k];
             sine[k] = __builtin_sqrt((1.0 - x) * (x + 1.0));
         }
-        int runStart = 0;
+        for (double &value : start)
+            value = 1.0;
         for (int m = 0; m < tableBands; ++m) {
-            for (int l = m; l < tableBands; ++l)
-                FillLegendreRow(tables, sine, l, m, first, steps);
-            FillPolarRun(tables, m, first, steps, runStart);
-            runStart += (tableBands - m + runUnit - 1) / runUnit * runUnit;
+            for (int k = 0; k < steps; k += blockSteps) {
+                const int first = chunk + k;
+                const StepBlock block{first, tables.numSteps - first, tables.polarSteps - first};
+                if (block.steps >= blockSteps && (block.rows >= blockSteps || block.rows <= 0))
+                    FillOrder<true>(tables, m, block, start + k);
+                else
+                    FillOrder<false>(tables, m, block, start + k);
+            }
+            for (int k = 0; k < steps; ++k)
+                start[k] = start[k] * (-(2.0 * m + 1.0) * sine[k]);
         }
     }
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// One contiguous row per theta step with all normalised Legendre values K(l, m) * P(l, m) of 30
+// Contiguous rows, one per theta step, of all normalised Legendre values K(l, m) * P(l, m) of 30
 // bands. K * P is the same for +m and -m, so a row holds each |m| once:
 //
 //   order 0: l = 0 1 2 ... 29, 0 0 | order 1: l = 1 2 ... 29, 0 0 0 | ... | order 29: l = 29, 0 ...
@@ -53,11 +53,13 @@ constexpr int PolarIndex(int l, int absOrder)
 }
 
 struct PolarTable {
-    AlignedArray<double> rows; ///< numSteps rows of polarRowLength values
+    AlignedArray<double> rows; ///< of polarRowLength values each, from step 0 on
 
-    const double *Row(std::size_t thetaIndex) const
+    /// How many steps have a row.
+    std::size_t Steps() const { return rows.size() / polarRowLength; }
+    const double *Row(std::size_t thetaStep) const
     {
-        return rows.data() + thetaIndex * polarRowLength;
+        return rows.data() + thetaStep * polarRowLength;
     }
 };
 

@@ -37,7 +37,18 @@ TEST(LookUpTables, HaveTheLiteralBitsAtEveryInstructionSet)
             ASSERT_EQ(builder.legendreLut.size(), 900u);
             for (int index = 0; index < 900; ++index)
                 EXPECT_TRUE(SameBits(builder.legendreLut[index], tables.legendreLut[index]));
+            // Up to pi at first; the rest at the first point that asks for it.
+            const int upToPi = (numSteps / 2 + 1) * polarRowLength;
+            EXPECT_TRUE(SameBits(builder.polarTable.rows,
+                                 std::vector(rows.begin(), rows.begin() + upToPi)));
+            RequirePolarRow(builder, PolarStep(builder, pi));
+            EXPECT_EQ(builder.polarTable.rows.size(), std::size_t(upToPi));
+            RequirePolarRow(builder, numSteps - 1);
             EXPECT_TRUE(SameBits(builder.polarTable.rows, rows));
+            std::fill(builder.polarTable.rows.begin(), builder.polarTable.rows.end(), 0.0);
+            builder.GenerateLookUpTables(numSteps); // in place
+            EXPECT_TRUE(SameBits(builder.polarTable.rows, rows));
+            builder.GenerateLookUpTables(2);
         }
     }
 }
