@@ -15,9 +15,9 @@
 //                l+1   k  k+1  k+2 ...      ->                 k+1    l  l+1  l+2 ...
 //                l+2   k  k+1  k+2 ...                         k+2    l  l+1  l+2 ...
 //
-// The work is bound by its stores, 10 kilobytes a step into up to 60 arrays and a row for every
-// step: more places than the processor follows on its own. What a later block will write is
-// therefore fetched ahead of it; this halves the time where the caches cannot hold the tables.
+// The work is bound by its stores, some 10 kilobytes a step into up to 60 arrays at once and a row
+// for every step: more places than the processor follows on its own. What a later block will write
+// is therefore fetched ahead of it.
 //
 // The bits are those of the recurrence run for each (l, m) on its own: to reach a large l it passes
 // through every smaller one with the same operations, and its start value for m + 1 is the one for
