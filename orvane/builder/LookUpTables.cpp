@@ -38,8 +38,8 @@ double Evaluate(const SHBuilder &builder, const SphericalHarmonic &sh, double ph
     return builder.kernels->evaluation(sh.coefficients.data(), count, polarRow, factors);
 }
 
-/// How many polar rows GenerateLookUpTables makes: those of the angles up to pi, to which no
-/// rounding adds more than a millionth.
+/// How many polar rows GenerateLookUpTables makes: those of the angles up to pi. Roundings add less
+/// than a millionth to an angle, which is less than half a step.
 std::size_t RowsUpToPi(std::int32_t steps)
 {
     return static_cast<std::size_t>(steps) / 2 + 1;
