@@ -23,8 +23,8 @@
 // through every smaller one with the same operations, and its start value for m + 1 is the one for
 // m times one more factor.
 
-constexpr int chunkSteps = 1024; ///< steps that go through all orders together
-constexpr int blockVectors = lanes < 8 ? 4 : 2;
+constexpr int chunkSteps = 1024;                 ///< steps that go through all orders together
+constexpr int blockVectors = lanes < 8 ? 4 : 2;  ///< as many as the registers hold
 constexpr int blockSteps = blockVectors * lanes; ///< a divisor of chunkSteps
 constexpr int stepsAhead = 32;                   ///< how far ahead of a block is fetched
 
@@ -96,7 +96,7 @@ inline void FillOrder(const LegendreTables &tables, int m, StepBlock block, cons
     // Copies: to the compiler, each store might change `tables`.
     double *const *const arrays = tables.legendre;
     const double *const normalisation = tables.normalisation;
-    for (int group = m; group < tableBands; group += lanes) {
+    for (int group = m; group < tableBands; group += lanes) { // bands of one transposition
         VecD squares[blockVectors][lanes] = {};
         // Unrolled, the squares stay in registers.
 #pragma GCC unroll 8

@@ -5,6 +5,8 @@
 #include "tests/builder/BuilderCase.h"
 #include "tests/native/Harmonic.h"
 
+#include <algorithm>
+
 using namespace orvane;
 
 namespace {
@@ -48,7 +50,7 @@ TEST(LookUpTables, HaveTheLiteralBitsAtEveryInstructionSet)
             std::fill(builder.polarTable.rows.begin(), builder.polarTable.rows.end(), 0.0);
             builder.GenerateLookUpTables(numSteps); // in place
             EXPECT_TRUE(SameBits(builder.polarTable.rows, rows));
-            builder.GenerateLookUpTables(2);
+            builder.GenerateLookUpTables(2); // so that the next set starts anew
         }
     }
 }
