@@ -45,7 +45,8 @@ std::size_t RowsUpToPi(std::int32_t steps)
     return static_cast<std::size_t>(steps) / 2 + 1;
 }
 
-/// Adds the polar rows of all other steps, as the kernel would fill them.
+/// Adds the polar rows of all other steps, as the kernel would fill them, in the memory that
+/// GenerateLookUpTables has taken: nothing fails here.
 void CompletePolarRows(const SHBuilder &builder)
 {
     AlignedArray<double> &rows = builder.polarTable.rows;
