@@ -5,8 +5,7 @@
 
 source "$(dirname "$0")/setup.sh"
 
-InstallPackages "${buildPackages[@]}" libbenchmark-dev
-NeedPython2
+SetUp "${buildPackages[@]}" libbenchmark-dev
 Build bench orvane_bench minimal _Orvane >&2
 
 build/bench/bin/orvane_bench --runs=5 "$@"

@@ -4,8 +4,7 @@
 
 source "$(dirname "$0")/setup.sh"
 
-InstallPackages "${buildPackages[@]}" gcovr
-NeedPython2
+SetUp "${buildPackages[@]}" gcovr
 Build coverage
 find build/coverage -name '*.gcda' -delete
 ctest --preset coverage

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Builds the module and runs both examples; says where their pictures are.
+# Builds the module and its minimal host and runs both examples; says where their pictures are.
+# A first run takes some minutes, a second one two seconds.
 
 source "$(dirname "$0")/setup.sh"
 
-InstallPackages "${buildPackages[@]}"
-NeedPython2
-Build release _Orvane
+SetUp "${buildPackages[@]}"
+Build release _Orvane tesk-run
 
 mkdir -p build/demo
 export PYTHONPATH=build/release/lib PYTHONDONTWRITEBYTECODE=1

@@ -6,8 +6,7 @@
 
 source "$(dirname "$0")/setup.sh"
 
-InstallPackages "${buildPackages[@]}" "${fuzzPackages[@]}"
-NeedPython2
+SetUp "${buildPackages[@]}" "${fuzzPackages[@]}"
 Build fuzz
 
 export LSAN_OPTIONS=suppressions=$PWD/cmake/leak-suppressions.txt:print_suppressions=0

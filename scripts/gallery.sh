@@ -3,8 +3,7 @@
 
 source "$(dirname "$0")/setup.sh"
 
-InstallPackages "${buildPackages[@]}"
-NeedPython2
+SetUp "${buildPackages[@]}"
 Build release _Orvane
 
 export PYTHONPATH=build/release/lib PYTHONDONTWRITEBYTECODE=1

@@ -3,8 +3,7 @@
 
 source "$(dirname "$0")/setup.sh"
 
-InstallPackages "${buildPackages[@]}"
-NeedPython2
+SetUp "${buildPackages[@]}"
 Build release orvane-manual
 
 build/release/bin/orvane-manual reference >docs/reference.md

@@ -5,8 +5,7 @@
 
 source "$(dirname "$0")/setup.sh"
 
-InstallPackages "${buildPackages[@]}" "${checkPackages[@]}" "${fuzzPackages[@]}"
-NeedPython2
+SetUp "${buildPackages[@]}" "${checkPackages[@]}" "${fuzzPackages[@]}"
 
 scripts/check-format.sh
 Build release

@@ -5,8 +5,7 @@
 
 source "$(dirname "$0")/setup.sh"
 
-InstallPackages "${buildPackages[@]}" valgrind
-NeedPython2
+SetUp "${buildPackages[@]}" valgrind
 Build release native_tests
 
 exec valgrind --error-exitcode=1 --leak-check=full \
