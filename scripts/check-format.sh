@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Says which lines clang-format would lay out otherwise; with --fix lays them out.
 
-set -euo pipefail
-cd "$(dirname "$0")/.."
+source "$(dirname "$0")/setup.sh"
+
+InstallPackages clang-format
 
 mode=(--dry-run --Werror)
 if [[ ${1:-} == --fix ]]; then

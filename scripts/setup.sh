@@ -67,12 +67,12 @@ InstallPackages() {
 # IsPython27 PROGRAM: whether it is a whole CPython 2.7, with headers, library and zlib, that has not
 # been moved since it was built.
 IsPython27() {
-    "$1" -c '
+    [[ $("$1" -c '
 import os, platform, sys, sysconfig, zlib
-header = os.path.join(sysconfig.get_paths()["include"], "Python.h")
-sys.exit(platform.python_implementation() != "CPython" or sys.version_info[:2] != (2, 7)
-         or not os.path.exists(header)
-         or not os.path.isdir(sysconfig.get_config_var("LIBDIR")))' >/dev/null 2>&1
+if (platform.python_implementation() == "CPython" and sys.version_info[:2] == (2, 7)
+        and os.path.exists(os.path.join(sysconfig.get_paths()["include"], "Python.h"))
+        and os.path.isdir(sysconfig.get_config_var("LIBDIR"))):
+    print("fit")' 2>/dev/null) == fit ]]
 }
 
 # PyenvPython: the newest Python 2.7 that pyenv has installed; nothing where there is none.
