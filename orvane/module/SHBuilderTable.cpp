@@ -579,9 +579,12 @@ static_assert(NotesFitEntries(methods));
 constinit const ClassTable shBuilderTable = {
     .name = className<SHBuilder>,
     .doc = "Spherical Harmonic Builder",
-    .note = "Owns lookup tables, sample points and an 8-bit image, and performs every operation on "
-            "sets. Methods that change a set return it, but for ExtendSHFromBuffer; methods that "
-            "create one return a new object.",
+    .note =
+        "Owns lookup tables, sample points and an 8-bit image, and performs every operation on "
+        "sets. Methods that change a set return it, but for ExtendSHFromBuffer; methods that "
+        "create one return a new object. A builder cannot be copied: copy.copy, copy.deepcopy and "
+        "pickle with protocol 2 give a new builder without tables, samples and image; pickle's "
+        "older protocols raise TypeError.",
     .attributes = attributes,
     .methods = methods,
 };

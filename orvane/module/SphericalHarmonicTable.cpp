@@ -81,8 +81,9 @@ constinit const ClassTable sphericalHarmonicTable = {
     .note =
         "One set of real spherical-harmonic coefficients, in single precision: a scalar function "
         "on the sphere. SphericalHarmonic() makes an empty set. Use CopySH for a copy: copy.copy, "
-        "copy.deepcopy and pickle give an empty set, without an error. To store a set, write the "
-        "bytes of GetAsBuffer to a file; CreateSHFromBuffer reads them back.",
+        "copy.deepcopy and pickle with protocol 2 give an empty set, without an error; pickle's "
+        "older protocols raise TypeError. To store a set, write the bytes of GetAsBuffer to a "
+        "file; CreateSHFromBuffer reads them back.",
     .attributes = attributes,
     .methods = methods,
 };

@@ -12,8 +12,9 @@ _Matrix = Tuple[_Row, _Row, _Row, _Row]
 class SphericalHarmonic(object):
     """One set of real spherical-harmonic coefficients, in single precision: a scalar function on
     the sphere. SphericalHarmonic() makes an empty set. Use CopySH for a copy: copy.copy,
-    copy.deepcopy and pickle give an empty set, without an error. To store a set, write the bytes of
-    GetAsBuffer to a file; CreateSHFromBuffer reads them back."""
+    copy.deepcopy and pickle with protocol 2 give an empty set, without an error; pickle's older
+    protocols raise TypeError. To store a set, write the bytes of GetAsBuffer to a file;
+    CreateSHFromBuffer reads them back."""
 
     def __init__(self) -> None: ...
 
@@ -81,7 +82,9 @@ class SphericalHarmonic(object):
 class SHBuilder(object):
     """Owns lookup tables, sample points and an 8-bit image, and performs every operation on sets.
     Methods that change a set return it, but for ExtendSHFromBuffer; methods that create one return
-    a new object."""
+    a new object. A builder cannot be copied: copy.copy, copy.deepcopy and pickle with protocol 2
+    give a new builder without tables, samples and image; pickle's older protocols raise
+    TypeError."""
 
     def __init__(self) -> None: ...
 

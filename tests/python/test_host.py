@@ -1,7 +1,9 @@
 """What the host adds to the module: wrappers, types, attributes, conversion of numbers, tesk-run."""
 
+import copy
 import gc
 import os
+import pickle
 import subprocess
 import sys
 import tempfile
@@ -76,6 +78,18 @@ class HostTest(OrvaneTest):
             self.expect(lambda value: cls(value=value), 1,
                         TypeError("%s() takes no arguments" % cls.__name__))
             self.assertRaises(TypeError, object.__new__, cls)
+
+    def test_copies_are_empty_and_old_pickles_refused(self):
+        self.sh.SetNumBands(2)
+        self.builder.GenerateLookUpTables(8)
+        for original, field in ((self.sh, "numBands"), (self.builder, "numSteps")):
+            self.assertNotEqual(getattr(original, field), 0)
+            for duplicate in (copy.copy(original), copy.deepcopy(original),
+                              pickle.loads(pickle.dumps(original, 2))):
+                self.assertIs(type(duplicate), type(original))
+                self.assertEqual(getattr(duplicate, field), 0)
+            for protocol in (0, 1):
+                self.assertRaises(TypeError, pickle.dumps, original, protocol)
 
     def test_attributes(self):
         out_of_range = OverflowError("Argument 0 is out of the range -2147483648 to 2147483647.")
