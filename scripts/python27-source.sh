@@ -26,16 +26,19 @@ work=$(mktemp -d)
 trap 'rm -rf "$work" "$file.part"' EXIT
 tarball=$work/Python-2.7.18.tgz
 
-FromDebian() {
-    local mirror
-    command -v apt-get >/dev/null || return
-    mirror=$(apt-get indextargets --format '$(REPO_URI) $(COMPONENT)' 'Created-By: Packages' |
-        grep -v -- -security | awk '$2 == "main" {print $1; exit}')
-    [[ -n $mirror ]] || return
+# The mirrors that apt knows; it tells them before its first update too.
+Mirrors() {
+    apt-get --print-uris update 2>/dev/null |
+        sed -nE "s|^'(.*/)dists/[^/]*/main/binary-.*|\1|p" | grep -v security | uniq
+}
+
+# FromMirror URL: downloads Debian 11's source package from there.
+FromMirror() {
+    rm -rf "$work/apt"
     mkdir -p "$work"/apt/{lists/partial,cache/archives/partial,parts}
     cat >"$work/apt/parts/source.sources" <<END
 Types: deb-src
-URIs: $mirror
+URIs: $1
 Suites: bullseye
 Components: main
 Signed-By: /usr/share/keyrings/debian-archive-keyring.gpg
@@ -48,8 +51,18 @@ Dir::Cache "$work/apt/cache";
 APT::Sandbox::User "$(id -un)";
 END
     (cd "$work" && export APT_CONFIG=$work/apt/apt.conf && apt-get -qq update &&
-        apt-get -qq source --download-only python2.7) >"$work/apt.log" 2>&1 || return
-    mv "$work/python2.7_2.7.18.orig.tar.gz" "$tarball"
+        apt-get -qq source --download-only python2.7) >"$work/apt.log" 2>&1 &&
+        mv "$work/python2.7_2.7.18.orig.tar.gz" "$tarball"
+}
+
+FromDebian() {
+    local mirror
+    for mirror in $(Mirrors); do
+        if FromMirror "$mirror"; then
+            return
+        fi
+    done
+    false
 }
 
 FromPythonOrg() {
