@@ -1,11 +1,13 @@
 #include "orvane/module/ClassDescription.h"
 
 #include "orvane/module/ClassIdentity.h"
+#include "orvane/module/HostFailure.h"
+#include "orvane/module/PythonErrors.h"
 #include "orvane/module/SHBuilderTable.h"
 #include "orvane/module/SphericalHarmonicTable.h"
 
 #include <atomic>
-#include <string>
+#include <cstdio>
 
 namespace orvane::binding {
 
@@ -14,15 +16,21 @@ namespace {
 /// The type's name in a signature.
 const char *SignatureType(ScriptType type)
 {
-    static const std::string set =
-        std::string(ListedInterface<SphericalHarmonic>().GetName()) + "| None";
+    static const struct SetType {
+        SetType()
+        {
+            std::snprintf(text, sizeof text, "%s| None",
+                          ListedInterface<SphericalHarmonic>().GetName());
+        }
+        char text[64];
+    } set;
     switch (type) {
     case ScriptType::Int:
         return "int";
     case ScriptType::Float:
         return "float";
     case ScriptType::Set:
-        return set.c_str();
+        return set.text;
     default:
         return "None";
     }
@@ -53,15 +61,31 @@ AttributeRecord Attribute(const AttributeRow &row)
 template <typename T>
 PyObject *PythonNew(PyTypeObject *, PyObject *arguments, PyObject *keywords) noexcept
 {
-    return TeskCreateInstanceFromPython(ClassId<T>(), arguments, keywords);
+    return Guarded([&] {
+        ForgetFactoryFailure();
+        PyObject *const object = TeskCreateInstanceFromPython(ClassId<T>(), arguments, keywords);
+        if (!object)
+            RaiseCreationFailure("TeskCreateInstanceFromPython", className<T>);
+        return object;
+    });
 }
 
-/// Builds the description of T on the first call.
-template <typename T> ClassDescriptor *Describe(const ClassTable &table)
+/// Builds the description of T on the first call that can.
+template <typename T> ClassDescription &Describe(const ClassTable &table)
 {
-    static ClassDescription description(
-        table, {ClassId<T>(), ClassInterface<T>(), ListedInterface<T>()}, &PythonNew<T>);
-    return description.Descriptor();
+    static Immortal<ClassDescription> description(
+        table, ClassNames{ClassId<T>(), ClassInterface<T>(), ListedInterface<T>()}, &PythonNew<T>);
+    return description.object;
+}
+
+ClassDescription &SetDescription()
+{
+    return Describe<SphericalHarmonic>(sphericalHarmonicTable);
+}
+
+ClassDescription &BuilderDescription()
+{
+    return Describe<SHBuilder>(shBuilderTable);
 }
 
 } // namespace
@@ -72,18 +96,18 @@ ClassDescription::ClassDescription(const ClassTable &table, const ClassNames &na
     Py_REFCNT(&pyType) = 1;
     Py_TYPE(&pyType) = &PyType_Type;
 
+    Tx::InterfaceEntry *interface = interfaces.data();
     for (const Tx::IID *iid : {&RootInterface(), &names.ownInterface, &names.listedInterface})
-        interfaces.push_back({iid, 0});
+        *interface++ = {iid, 0};
+    AttributeRecord *attribute = attributes.data();
     for (const AttributeRow &row : table.attributes)
-        attributes.push_back(Attribute(row));
+        *attribute++ = Attribute(row);
+    PyMethodDef *method = methods.data();
     for (const MethodRow &row : table.methods) {
-        methods.push_back({row.name, row.entry.function, METH_VARARGS, row.doc});
+        *method++ = {row.name, row.entry.function, METH_VARARGS, row.doc};
         if (row.entry.style == Style::Thunk)
             signatureMap[row.name] = Signature(row.entry);
     }
-    methods.push_back({});
-    attributes.push_back({});
-    interfaces.push_back({});
 
     TeskInitializePyType(&pyType, names.clsid, table.doc, interfaces.data(), pythonNew);
 
@@ -99,18 +123,24 @@ ClassDescription::ClassDescription(const ClassTable &table, const ClassNames &na
     descriptor.signatures = &signatureMap;
 }
 
+void ReleaseDescriptions()
+{
+    BuilderDescription().Release();
+    SetDescription().Release();
+}
+
 } // namespace orvane::binding
 
 ClassDescriptor *SphericalHarmonic::StaticClassDescriptor()
 {
     using namespace orvane::binding;
-    static ClassDescriptor *const cached = Describe<SphericalHarmonic>(sphericalHarmonicTable);
+    static ClassDescriptor *const cached = SetDescription().Descriptor();
     return cached;
 }
 
 ClassDescriptor *SHBuilder::StaticClassDescriptor()
 {
     using namespace orvane::binding;
-    static ClassDescriptor *const cached = Describe<SHBuilder>(shBuilderTable);
+    static ClassDescriptor *const cached = BuilderDescription().Descriptor();
     return cached;
 }

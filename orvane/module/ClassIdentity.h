@@ -1,9 +1,10 @@
 #pragma once
 
 // The names by which the host knows the two classes. Each is built on first use and lives until the
-// library is unloaded.
+// library has left memory.
 
 #include "orvane/builder/SHBuilder.h"
+#include "orvane/module/Immortal.h"
 #include "teskexposure/include/TeskRecords"
 
 namespace orvane::binding {
@@ -14,29 +15,29 @@ template <> inline constexpr const char *className<SHBuilder> = "SHBuilder";
 
 template <typename T> const Tx::Clsid &ClassId()
 {
-    static const Tx::Clsid clsid("Orvane", className<T>);
-    return clsid;
+    static const Immortal<Tx::Clsid> clsid("Orvane", className<T>);
+    return clsid.object;
 }
 
 /// The class's own interface.
 template <typename T> const Tx::IID &ClassInterface()
 {
-    static const Tx::IID iid(className<T>);
-    return iid;
+    static const Immortal<Tx::IID> iid(className<T>);
+    return iid.object;
 }
 
 /// Equal to the own interface by name, and an object of its own: the last entry of the interface
 /// table, and the source of the type name in signatures.
 template <typename T> const Tx::IID &ListedInterface()
 {
-    static const Tx::IID iid(className<T>);
-    return iid;
+    static const Immortal<Tx::IID> iid(className<T>);
+    return iid.object;
 }
 
 inline const Tx::IID &RootInterface()
 {
-    static const Tx::IID iid("IRoot");
-    return iid;
+    static const Immortal<Tx::IID> iid("IRoot");
+    return iid.object;
 }
 
 } // namespace orvane::binding

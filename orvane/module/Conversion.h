@@ -5,6 +5,7 @@
 #include <Python.h>
 
 #include "orvane/module/ClassIdentity.h"
+#include "orvane/module/HostFailure.h"
 #include "orvane/module/MethodTable.h"
 #include "orvane/module/PythonErrors.h"
 #include "teskexposure/include/TeskHost"
@@ -14,7 +15,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <new>
 #include <tuple>
 #include <type_traits>
 #include <typeinfo>
@@ -27,15 +27,20 @@ namespace orvane::binding {
 // then, so that these are looked up only after the last conversion.
 
 /// The object of class T behind a Python object, or null.
+/// @throws ErrorAlreadySet where the host has set an error instead
 template <typename T> T *Unwrap(PyObject *object)
 {
     IRoot *const root = object ? TeskUnwrapObjectFromPython(object) : nullptr;
-    if (!root)
+    if (!root) {
+        if (object && PyErr_Occurred())
+            throw ErrorAlreadySet();
         return nullptr;
+    }
     // The class that the factory makes is told by a comparison; a search of the hierarchy is left
-    // to objects made elsewhere.
+    // to objects made elsewhere. The host may hand out either IRoot of an object, its own or the
+    // one inside IWeakObject: the complete object is where both lead.
     if (typeid(*root) == typeid(RootRefLockWR<T>))
-        return static_cast<T *>(root);
+        return static_cast<RootRefLockWR<T> *>(dynamic_cast<void *>(root));
     return dynamic_cast<T *>(root);
 }
 
@@ -46,6 +51,15 @@ template <typename T> T &Self(PyObject *self)
     if (T *object = Unwrap<T>(self))
         return *object;
     RaiseTypeError("Could not match self to expected type: class %s.", className<T>);
+}
+
+/// The length of an argument tuple; anything else, which only native code can pass, is refused.
+/// @throws ErrorAlreadySet (TypeError)
+inline Py_ssize_t TupleSize(PyObject *tuple)
+{
+    if (!tuple || !PyTuple_Check(tuple))
+        RaiseTypeError("Function expects a tuple of arguments.");
+    return PyTuple_GET_SIZE(tuple);
 }
 
 /// Refuses a tuple with empty places, which a script can get hold of through the garbage collector
@@ -87,7 +101,8 @@ inline PyObject *ToPython(SphericalHarmonic *set)
 {
     if (!set)
         Py_RETURN_NONE;
-    return TeskWrapObjectForPython(set);
+    return FromHost(TeskWrapObjectForPython(set), "TeskWrapObjectForPython",
+                    className<SphericalHarmonic>);
 }
 template <ScriptType type> PyObject *ToPython(NewReference<type> result)
 {
@@ -106,15 +121,21 @@ template <typename Call> PyObject *ResultOf(const Call &call)
 }
 
 /// A new coefficient set, filled by `fill(set)`, as a Python object that owns the only reference.
-/// Nothing is left behind where `fill` throws.
-/// @throws std::bad_alloc where the host cannot create the set, and whatever `fill` throws
+/// Nothing is left behind where `fill` throws or the host fails.
+/// @throws where the host cannot create or wrap the set, as HostFailure.h says; whatever `fill`
+/// throws
 template <typename Fill> NewReference<ScriptType::Set> NewSet(const Fill &fill)
 {
     TeskSmartPtr<SphericalHarmonic> set;
+    ForgetFactoryFailure();
     if (!set.CreateInstance(ClassId<SphericalHarmonic>()))
-        throw std::bad_alloc();
-    fill(*set.Get());
-    return {PyOS->WrapObject(set.Get())};
+        RaiseCreationFailure("TeskCreateInstance", className<SphericalHarmonic>);
+    SphericalHarmonic *const object = set.operator->();
+    if (!object)
+        RaiseCreationFailure("TeskCreateInstance", className<SphericalHarmonic>);
+    fill(*object);
+    PyObject *const wrapper = PyOS ? PyOS->WrapObject(object) : nullptr;
+    return {FromHost(wrapper, "ITeskPyOS::WrapObject", className<SphericalHarmonic>)};
 }
 
 } // namespace orvane::binding

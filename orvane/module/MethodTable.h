@@ -68,11 +68,6 @@ struct MethodRow {
     Note note;
 };
 
-enum AttributeAccess : std::uint32_t {
-    AttributeReadable = 0x01,
-    AttributeWritable = 0x10,
-};
-
 /// One attribute, bound directly to a field.
 struct AttributeRow {
     const char *name;
@@ -90,6 +85,10 @@ struct ClassTable {
     std::span<const AttributeRow> attributes;
     std::span<const MethodRow> methods;
 };
+
+/// The most rows of a class.
+inline constexpr std::size_t maxAttributes = 4;
+inline constexpr std::size_t maxMethods = 35;
 
 /// Whether every row's note says what the method does and gives, and names exactly the arguments
 /// that the entry takes.

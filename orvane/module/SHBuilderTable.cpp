@@ -573,6 +573,7 @@ constexpr MethodRow methods[] = {
           "own image is not involved."}},
 };
 static_assert(NotesFitEntries(methods));
+static_assert(std::size(methods) <= maxMethods && std::size(attributes) <= maxAttributes);
 
 } // namespace
 

@@ -57,7 +57,7 @@ PyTypeObject *BlockType()
     static PyTypeObject type = [] {
         PyTypeObject filled{};
         Py_REFCNT(&filled) = 1;
-        filled.tp_name = "_Orvane.Block";
+        filled.tp_name = "_shared_block";
         filled.tp_basicsize = sizeof(BlockObject);
         filled.tp_dealloc = &Deallocate;
         filled.tp_as_buffer = &procedures;

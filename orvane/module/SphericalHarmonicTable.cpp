@@ -72,6 +72,7 @@ constexpr MethodRow methods[] = {
                  "before. Arguments are ignored."}},
 };
 static_assert(NotesFitEntries(methods));
+static_assert(std::size(methods) <= maxMethods && std::size(attributes) <= maxAttributes);
 
 } // namespace
 

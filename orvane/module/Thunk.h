@@ -29,7 +29,7 @@ struct ThunkArgument<T> {
     {
         T value{};
         if (!TeskExtractArgumentImpl(object, value, index, false))
-            throw ErrorAlreadySet();
+            RaiseHostFailure("TeskExtractArgumentImpl", index);
         return value;
     }
 };
@@ -57,7 +57,7 @@ template <typename Class, typename Member> struct BoundMethod {
 /// @throws ErrorAlreadySet (TypeError)
 inline void RequireArguments(PyObject *arguments, std::size_t expected)
 {
-    const Py_ssize_t given = arguments ? PyTuple_GET_SIZE(arguments) : 0;
+    const Py_ssize_t given = arguments ? TupleSize(arguments) : 0;
     const int count = static_cast<int>(expected);
     if (given < count) {
         if (count == 1)

@@ -96,7 +96,7 @@ private:
     template <Format format, std::size_t... index>
     static auto Parse(PyObject *tuple, std::index_sequence<index...>)
     {
-        RequireItems(tuple, PyTuple_GET_SIZE(tuple));
+        RequireItems(tuple, TupleSize(tuple));
         std::tuple<typename Parsed<format.text[index]>::Type...> parsed{};
         if (!PyArg_ParseTuple(tuple, format.text, &std::get<index>(parsed)...))
             throw ErrorAlreadySet();
@@ -135,7 +135,14 @@ struct WithoutFirst<TupleArguments<First, Others...>> {
 /// method leaves through the host's exit.
 template <typename Class, typename Work> PyObject *Enter(PyObject *self, const Work &work) noexcept
 {
-    return PyThunkLeave(Guarded([&] { return work(Self<Class>(self)); }));
+    PyObject *const result = Guarded([&] { return work(Self<Class>(self)); });
+    try {
+        return PyThunkLeave(result);
+    } catch (...) {
+        Py_XDECREF(result);
+        SetPythonError();
+        return nullptr;
+    }
 }
 
 template <Format format, auto function>

@@ -40,13 +40,19 @@ template <class Integer> bool ExtractInteger(PyObject *object, Integer &value, u
 }
 
 /// Whether `object` offers a float value. Old-style instances have every slot of a number, and
-/// complex numbers have this one only to refuse.
+/// complex numbers have this one only to refuse. False with a Python error set where the look at an
+/// instance raises anything but AttributeError.
 bool HasFloatValue(PyObject *object)
 {
     if (PyComplex_Check(object))
         return false;
-    if (PyInstance_Check(object))
-        return PyObject_HasAttrString(object, "__float__");
+    if (PyInstance_Check(object)) {
+        PyObject *const method = PyObject_GetAttrString(object, "__float__");
+        if (!method && PyErr_ExceptionMatches(PyExc_AttributeError))
+            PyErr_Clear();
+        Py_XDECREF(method);
+        return method;
+    }
     const PyNumberMethods *const number = Py_TYPE(object)->tp_as_number;
     return number && number->nb_float;
 }
@@ -70,7 +76,7 @@ bool TeskExtractArgumentImpl(PyObject *object, double &value, unsigned int index
         return true;
     }
     if (!HasFloatValue(object))
-        return RefuseType(index, "float");
+        return !PyErr_Occurred() && RefuseType(index, "float");
     const double converted = PyFloat_AsDouble(object);
     if (converted == -1.0 && PyErr_Occurred())
         return false;

@@ -47,8 +47,8 @@ expect("^a coefficient set with 1 reference, 2 bands in Python")
 
 build(other_host other_host)
 build(consumer consumer-other -DORVANE_HOST=${work}/other_host/libtesk.so)
-run(${work}/consumer-other/consumer --native)
+run(${work}/consumer-other/consumer)
 expect("^other host: class SHBuilder\nother host: class SphericalHarmonic\n")
-expect("\na coefficient set with 1 reference")
+expect("\na coefficient set with 1 reference, 2 bands in Python")
 
 run(${work}/tree/bin/tesk-run ${SOURCE_DIR}/examples/depletion_profile.py ${work}/depletion.png)

@@ -4,14 +4,17 @@
 #include "orvane/module/PythonErrors.h"
 #include "orvane/module/SharedView.h"
 #include "orvane/sh/Errors.h"
-#include "teskexposure/include/TeskRecords"
+#include "teskexposure/include/TeskHost"
 #include "tests/module/Interpreter.h"
 
 #include <functional>
 #include <memory>
 #include <new>
 #include <stdexcept>
+#include <utility>
 #include <vector>
+
+extern "C" void init_Orvane();
 
 namespace {
 
@@ -42,6 +45,24 @@ TEST(Entry, MissingTupleHasNoArguments)
     EXPECT_EQ(TakeError(), "TypeError: Function expects 1 argument.");
     EXPECT_EQ(Entry(descriptor, "SetCoefficient")(set.Get(), nullptr), nullptr);
     EXPECT_EQ(TakeError(), "TypeError: Function expects 2 arguments.");
+}
+
+TEST(Entry, TakesATupleAndNothingElse)
+{
+    const Reference set(New("SphericalHarmonic")), builder(New("SHBuilder")), list(PyList_New(1));
+    const auto refuses = [](PyObject *result) {
+        EXPECT_EQ(result, nullptr);
+        EXPECT_EQ(TakeError(), "TypeError: Function expects a tuple of arguments.");
+    };
+    const PyCFunction clean = Entry(SphericalHarmonic::StaticClassDescriptor(), "Clean");
+    const PyCFunction copy = Entry(SHBuilder::StaticClassDescriptor(), "CopySH");
+    refuses(clean(set.Get(), list.Get()));
+    refuses(copy(builder.Get(), list.Get()));
+    refuses(copy(builder.Get(), nullptr));
+    // Direct style looks at no arguments.
+    const PyCFunction view = Entry(SphericalHarmonic::StaticClassDescriptor(), "GetAsBuffer");
+    for (PyObject *arguments : {static_cast<PyObject *>(nullptr), list.Get()})
+        EXPECT_EQ(PyObject_Size(Reference(view(set.Get(), arguments)).Get()), 0);
 }
 
 TEST(Entry, RefusesAForeignSelf)
@@ -107,6 +128,14 @@ TEST(Entry, NegativeLengthsOfBuffersMatchNoSize)
         EXPECT_EQ(entry(builder.Get(), test.arguments.Get()), nullptr);
         EXPECT_EQ(TakeError(), test.error);
     }
+}
+
+TEST(Import, NeedsAClassTable)
+{
+    ITeskClasses *const table = std::exchange(TxClasses, nullptr);
+    init_Orvane();
+    TxClasses = table;
+    EXPECT_EQ(TakeError(), "RuntimeError: the host has no class table (TxClasses)");
 }
 
 TEST(SharedView, GivesItsShareBack)

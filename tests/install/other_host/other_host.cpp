@@ -1,5 +1,8 @@
-// Another host library, written against the installed headers alone. It can register classes and
-// create their objects; of Python it knows nothing, so that the module imports but stays empty.
+// Another host library, written against the installed headers alone, and unlike the stand-in where
+// the contract lets it: every wrapping makes a new Python object, which holds the weak interface of
+// the native one and hands out the IRoot inside it; numbers must be floats and ints exactly.
+
+#include <Python.h>
 
 #include "teskexposure/include/TeskHost"
 #include "teskexposure/include/TeskPython"
@@ -43,8 +46,38 @@ struct Classes : Service<ITeskClasses> {
 } classes;
 
 struct Services : Service<ITeskPyOS> {
-    PyObject *WrapObject(IRoot *) override { return nullptr; }
+    PyObject *WrapObject(IRoot *object) override { return TeskWrapObjectForPython(object); }
 } services;
+
+struct Wrapper {
+    PyObject_HEAD IWeakObject *native;
+};
+
+void Destroy(PyObject *self)
+{
+    if (IWeakObject *const native = reinterpret_cast<Wrapper *>(self)->native)
+        native->Unlock();
+    PyObject_Del(self);
+}
+
+PyObject *GetInt(PyObject *self, void *offset)
+{
+    const char *const object =
+        reinterpret_cast<const char *>(reinterpret_cast<Wrapper *>(self)->native->GetRoot());
+    return PyInt_FromLong(
+        *reinterpret_cast<const int *>(object + reinterpret_cast<std::size_t>(offset)));
+}
+
+template <typename Value, typename Take>
+bool Extract(PyObject *object, Value &value, PyTypeObject *type, Take take)
+{
+    if (Py_TYPE(object) != type) {
+        PyErr_SetString(PyExc_TypeError, "other host: not that number");
+        return false;
+    }
+    value = static_cast<Value>(take(object));
+    return true;
+}
 
 } // namespace
 
@@ -106,42 +139,76 @@ VEXAssertResult VEXAssertHelper::Handle(const char *, const char *, int)
     return VEXAssertContinue;
 }
 
-void TeskInitializePyType(_typeobject *, const Tx::Clsid &, const char *,
-                          const Tx::InterfaceEntry *, TeskNewFunction)
+void TeskInitializePyType(_typeobject *type, const Tx::Clsid &clsid, const char *doc,
+                          const Tx::InterfaceEntry *, TeskNewFunction newFunction)
 {
+    type->tp_name = clsid.GetName();
+    type->tp_basicsize = sizeof(Wrapper);
+    type->tp_dealloc = &Destroy;
+    type->tp_flags = Py_TPFLAGS_DEFAULT;
+    type->tp_doc = doc;
+    type->tp_new = newFunction;
 }
-void TeskRegisterToModule(PyObject *, const Tx::ClassRegistrationList &, const ModuleMethodList &,
-                          const ValueChooserMap &, const HostList &, const HostList &,
-                          const MethodSignatureMap &)
+void TeskRegisterToModule(PyObject *module, const Tx::ClassRegistrationList &registrations,
+                          const ModuleMethodList &, const ValueChooserMap &, const HostList &,
+                          const HostList &, const MethodSignatureMap &)
 {
+    static PyGetSetDef attributes[2][8];
+    int number = 0;
+    for (const Tx::ClassRegistration &registration : registrations) {
+        _typeobject *const type = registration.descriptor->pyType;
+        PyGetSetDef *attribute = attributes[number++];
+        type->tp_getset = attribute;
+        for (const AttributeRecord *record = registration.descriptor->attributes; record->name;
+             ++record) {
+            if (record->typeCode == AttributeTypeInt32)
+                *attribute++ = {const_cast<char *>(record->name), &GetInt, nullptr, nullptr,
+                                reinterpret_cast<void *>(record->fieldOffset)};
+        }
+        type->tp_methods = registration.descriptor->methods;
+        if (PyType_Ready(type) != 0)
+            return;
+        PyModule_AddObject(module, type->tp_name, reinterpret_cast<PyObject *>(type));
+    }
 }
-PyObject *TeskCreateInstanceFromPython(const Tx::Clsid &, PyObject *, PyObject *)
+PyObject *TeskCreateInstanceFromPython(const Tx::Clsid &clsid, PyObject *, PyObject *)
 {
-    return nullptr;
+    void *object = nullptr;
+    if (!TeskCreateInstance(clsid, Tx::IID("IRoot"), &object))
+        return nullptr;
+    PyObject *const wrapper = TeskWrapObjectForPython(static_cast<IRoot *>(object));
+    static_cast<IRoot *>(object)->Unlock();
+    return wrapper;
 }
-IRoot *TeskUnwrapObjectFromPython(PyObject *)
+IRoot *TeskUnwrapObjectFromPython(PyObject *object)
 {
-    return nullptr;
+    return Py_TYPE(object)->tp_dealloc == &Destroy ? reinterpret_cast<Wrapper *>(object)->native
+                                                   : nullptr;
 }
-PyObject *TeskWrapObjectForPython(IRoot *)
+PyObject *TeskWrapObjectForPython(IRoot *object)
 {
-    return nullptr;
+    Wrapper *const wrapper = PyObject_New(Wrapper, object->GetClassDescriptor()->pyType);
+    void *native = nullptr;
+    if (!wrapper || !object->QueryInterface(Tx::IID("IWeakObject"), &native, 0))
+        return nullptr;
+    wrapper->native = static_cast<IWeakObject *>(native);
+    return reinterpret_cast<PyObject *>(wrapper);
 }
-bool TeskExtractArgumentImpl(PyObject *, int &, unsigned int, bool)
+bool TeskExtractArgumentImpl(PyObject *object, int &value, unsigned int, bool)
 {
-    return false;
+    return Extract(object, value, &PyInt_Type, &PyInt_AsLong);
 }
-bool TeskExtractArgumentImpl(PyObject *, unsigned int &, unsigned int, bool)
+bool TeskExtractArgumentImpl(PyObject *object, unsigned int &value, unsigned int, bool)
 {
-    return false;
+    return Extract(object, value, &PyInt_Type, &PyInt_AsLong);
 }
-bool TeskExtractArgumentImpl(PyObject *, float &, unsigned int, bool)
+bool TeskExtractArgumentImpl(PyObject *object, float &value, unsigned int, bool)
 {
-    return false;
+    return Extract(object, value, &PyFloat_Type, &PyFloat_AsDouble);
 }
-bool TeskExtractArgumentImpl(PyObject *, double &, unsigned int, bool)
+bool TeskExtractArgumentImpl(PyObject *object, double &value, unsigned int, bool)
 {
-    return false;
+    return Extract(object, value, &PyFloat_Type, &PyFloat_AsDouble);
 }
 PyObject *PyThunkLeave(PyObject *result)
 {

@@ -1,0 +1,45 @@
+# What module and stand-in offer to the dynamic loader: the module its init function, the stand-in
+# what the host's headers declare. NM, MODULE, HOST and SOURCE_DIR are given.
+
+function(exported library)
+    execute_process(COMMAND ${NM} -DC --defined-only --format=posix ${library}
+        OUTPUT_VARIABLE lines COMMAND_ERROR_IS_FATAL ANY)
+    string(REPLACE ";" "," lines "${lines}")
+    string(REPLACE "\n" ";" lines "${lines}")
+    set(names)
+    foreach(line IN LISTS lines)
+        if(line)
+            # A name without its parameters, and the letter of its kind.
+            string(REGEX REPLACE "(\\[abi:[a-z0-9]+\\])?(\\(.*\\))?( const)? [A-Za-z] [0-9a-f]+ [0-9a-f]*$" ""
+                name "${line}")
+            list(APPEND names "${name}")
+        endif()
+    endforeach()
+    list(REMOVE_DUPLICATES names)
+    set(names "${names}" PARENT_SCOPE)
+endfunction()
+
+exported(${MODULE})
+if(NOT names STREQUAL "init_Orvane")
+    message(FATAL_ERROR "The module exports more than init_Orvane: ${names}")
+endif()
+
+file(GLOB headers ${SOURCE_DIR}/teskexposure/include/* ${SOURCE_DIR}/vexcore/include/*)
+set(text)
+foreach(header IN LISTS headers ITEMS ${SOURCE_DIR}/tesk/TeskReport.h)
+    file(READ ${header} one)
+    string(APPEND text "${one}")
+endforeach()
+exported(${HOST})
+foreach(name IN LISTS names)
+    # The last part of a qualified name stands in a header that marks it for export.
+    string(REGEX REPLACE "^.*::" "" last "${name}")
+    if(NOT text MATCHES "[^A-Za-z0-9_]${last}[^A-Za-z0-9_]" OR NOT name MATCHES "^(Tesk|PyThunk|PyOS|TxClasses|VEX|Tx::)")
+        message(FATAL_ERROR "The stand-in exports what no header declares: ${name}")
+    endif()
+endforeach()
+list(LENGTH names count)
+message("init_Orvane and ${count} names of the host")
+if(count LESS 25)
+    message(FATAL_ERROR "The stand-in exports too little: ${names}")
+endif()

@@ -1,0 +1,310 @@
+#include "tests/host/TryingHost.h"
+
+#include <Python.h>
+
+#include "teskexposure/include/TeskCollections"
+#include "teskexposure/include/TeskHost"
+#include "teskexposure/include/TeskPython"
+#include "tests/module/FailingNew.h"
+#include "vexcore/include/VEXAssert"
+#include "vexcore/include/VEXMemory"
+
+#include <dlfcn.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+// The layer's own books take no memory from operator new, which tests make fail.
+
+struct {
+    char operation[64];
+    int order;
+    int from;
+} expected;
+
+char calls[1 << 16];
+std::size_t length;
+
+int OrderFor(const char *operation, const char *detail = "")
+{
+    const int written = std::snprintf(calls + length, sizeof calls - length, "%s%s%s\n", operation,
+                                      *detail ? " " : "", detail);
+    if (written > 0 && length + written < sizeof calls)
+        length += written;
+    calls[length] = '\0';
+    if (std::strcmp(operation, expected.operation) != 0 || --expected.from > 0)
+        return HostObeys;
+    if (expected.order == HostThrows)
+        throw std::runtime_error("thrown by the host");
+    if (expected.order == HostSaysWhy)
+        PyErr_SetString(PyExc_ArithmeticError, "the host's own words");
+    return expected.order;
+}
+
+/// An order given by the environment: OPERATION NUMBER.
+const bool ordered = [] {
+    const char *const order = std::getenv("HOST_ORDER");
+    const char *const space = order ? std::strchr(order, ' ') : nullptr;
+    if (space)
+        HostExpect(std::string(order, space).c_str(), std::atoi(space), 1);
+    return true;
+}();
+
+/// The stand-in's operation, which this program's own hides.
+template <typename Function> Function *Next(Function *, const char *symbol)
+{
+    void *const found = dlsym(RTLD_NEXT, symbol);
+    if (!found) {
+        std::fprintf(stderr, "the stand-in has no %s\n", symbol);
+        std::abort();
+    }
+    return reinterpret_cast<Function *>(found);
+}
+
+} // namespace
+
+void HostExpect(const char *operation, int order, int from)
+{
+    std::snprintf(expected.operation, sizeof expected.operation, "%s", operation);
+    expected.order = order;
+    expected.from = from;
+}
+
+void HostObey(void)
+{
+    expected.operation[0] = '\0';
+}
+
+const char *HostLog(void)
+{
+    return calls;
+}
+
+void HostForgetLog(void)
+{
+    calls[length = 0] = '\0';
+}
+
+void HostFailNew(std::int64_t n)
+{
+    failing_new::Fail(n);
+}
+
+bool HostFailureIsPending(void)
+{
+    return failing_new::IsPending();
+}
+
+// Without Python.
+
+bool TeskCreateInstance(const Tx::Clsid &clsid, const Tx::IID &iid, void **out)
+{
+    static const auto next =
+        Next(&TeskCreateInstance, "_Z18TeskCreateInstanceRKN2Tx5ClsidERKNS_3IIDEPPv");
+    const int order = OrderFor("TeskCreateInstance", clsid.GetName());
+    if (order == HostGivesNothing)
+        return true;
+    return order == HostObeys && next(clsid, iid, out);
+}
+
+void *TeskInternalCreate(size_t size, const char *name)
+{
+    static const auto next = Next(&TeskInternalCreate, "_Z18TeskInternalCreatemPKc");
+    return OrderFor("TeskInternalCreate", name) == HostObeys ? next(size, name) : nullptr;
+}
+
+void TeskInternalFreeObject(void *memory)
+{
+    static const auto next = Next(&TeskInternalFreeObject, "_Z22TeskInternalFreeObjectPv");
+    next(memory); // a host that throws has done its work: nothing else would free it
+    OrderFor("TeskInternalFreeObject");
+}
+
+void *VEXMallocWithTracking(size_t bytes, const char *tag, const char *file, int line)
+{
+    static const auto next = Next(&VEXMallocWithTracking, "_Z21VEXMallocWithTrackingmPKcS0_i");
+    if (OrderFor("VEXMallocWithTracking", tag) != HostObeys)
+        throw std::bad_alloc();
+    return next(bytes, tag, file, line);
+}
+
+void VEXFreeWithTracking(void *memory)
+{
+    static const auto next = Next(&VEXFreeWithTracking, "_Z19VEXFreeWithTrackingPv");
+    next(memory);
+    OrderFor("VEXFreeWithTracking");
+}
+
+VEXAssertResult VEXAssertHelper::Handle(const char *expression, const char *file, int line)
+{
+    using Handler = VEXAssertResult(VEXAssertHelper *, const char *, const char *, int);
+    static const auto next =
+        Next(static_cast<Handler *>(nullptr), "_ZN15VEXAssertHelper6HandleEPKcS1_i");
+    const VEXAssertResult result = next(this, expression, file, line);
+    OrderFor("VEXAssertHelper::Handle", expression);
+    return result;
+}
+
+// With Python.
+
+void TeskInitializePyType(_typeobject *type, const Tx::Clsid &clsid, const char *doc,
+                          const Tx::InterfaceEntry *interfaces, TeskNewFunction newFunction)
+{
+    static const auto next =
+        Next(&TeskInitializePyType,
+             "_Z20TeskInitializePyTypeP11_typeobjectRKN2Tx5ClsidEPKcPKNS1_14InterfaceEntryEPFP7_"
+             "objectS0_SB_SB_E");
+    OrderFor("TeskInitializePyType", clsid.GetName());
+    next(type, clsid, doc, interfaces, newFunction);
+}
+
+void TeskRegisterToModule(PyObject *module, const Tx::ClassRegistrationList &registrations,
+                          const ModuleMethodList &methods, const ValueChooserMap &choosers,
+                          const HostList &first, const HostList &second,
+                          const MethodSignatureMap &signatures)
+{
+    static const auto next = Next(
+        &TeskRegisterToModule,
+        "_Z20TeskRegisterToModuleP7_objectRKN2Tx21ClassRegistrationListERKSt6vectorI11PyMethodDef"
+        "SaIS6_EERKSt3mapINSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEESt4pairIjPFS5_INS1_10"
+        "VarChooserESaISJ_EEvEESt4lessISH_ESaISI_IKSH_SO_EEERKS5_IPKvSaISY_EES12_RK18Method"
+        "SignatureMap");
+    if (OrderFor("TeskRegisterToModule") == HostObeys)
+        next(module, registrations, methods, choosers, first, second, signatures);
+}
+
+PyObject *TeskCreateInstanceFromPython(const Tx::Clsid &clsid, PyObject *arguments,
+                                       PyObject *keywords)
+{
+    static const auto next = Next(&TeskCreateInstanceFromPython,
+                                  "_Z28TeskCreateInstanceFromPythonRKN2Tx5ClsidEP7_objectS4_");
+    return OrderFor("TeskCreateInstanceFromPython", clsid.GetName()) == HostObeys
+               ? next(clsid, arguments, keywords)
+               : nullptr;
+}
+
+IRoot *TeskUnwrapObjectFromPython(PyObject *object)
+{
+    static const auto next =
+        Next(&TeskUnwrapObjectFromPython, "_Z26TeskUnwrapObjectFromPythonP7_object");
+    const int order = OrderFor("TeskUnwrapObjectFromPython");
+    if (order != HostObeys && order != HostShowsWeakRoot)
+        return nullptr;
+    IRoot *const root = next(object);
+    void *weak = nullptr;
+    if (order == HostObeys || !root || !root->QueryInterface(Tx::IID("IWeakObject"), &weak, 0))
+        return root;
+    root->Unlock(); // the query's reference
+    return static_cast<IWeakObject *>(weak);
+}
+
+PyObject *TeskWrapObjectForPython(IRoot *object)
+{
+    static const auto next = Next(&TeskWrapObjectForPython, "_Z23TeskWrapObjectForPythonP5IRoot");
+    return OrderFor("TeskWrapObjectForPython") == HostObeys ? next(object) : nullptr;
+}
+
+namespace {
+
+template <typename Value>
+bool Extract(PyObject *object, Value &value, unsigned int index, bool tag, const char *symbol)
+{
+    using Function = bool(PyObject *, Value &, unsigned int, bool);
+    static const auto next = Next(static_cast<Function *>(nullptr), symbol);
+    return OrderFor("TeskExtractArgumentImpl") == HostObeys && next(object, value, index, tag);
+}
+
+} // namespace
+
+bool TeskExtractArgumentImpl(PyObject *object, int &value, unsigned int index, bool tag)
+{
+    return Extract(object, value, index, tag, "_Z23TeskExtractArgumentImplP7_objectRijb");
+}
+bool TeskExtractArgumentImpl(PyObject *object, unsigned int &value, unsigned int index, bool tag)
+{
+    return Extract(object, value, index, tag, "_Z23TeskExtractArgumentImplP7_objectRjjb");
+}
+bool TeskExtractArgumentImpl(PyObject *object, float &value, unsigned int index, bool tag)
+{
+    return Extract(object, value, index, tag, "_Z23TeskExtractArgumentImplP7_objectRfjb");
+}
+bool TeskExtractArgumentImpl(PyObject *object, double &value, unsigned int index, bool tag)
+{
+    return Extract(object, value, index, tag, "_Z23TeskExtractArgumentImplP7_objectRdjb");
+}
+
+PyObject *PyThunkLeave(PyObject *result)
+{
+    static const auto next = Next(&PyThunkLeave, "_Z12PyThunkLeaveP7_object");
+    OrderFor("PyThunkLeave");
+    return next(result);
+}
+
+namespace {
+
+/// Stands before one of the stand-in's own objects.
+template <class Interface> class Before : public Interface {
+public:
+    explicit Before(Interface *next) : next(next) {}
+    ClassDescriptor *GetClassDescriptor() override { return nullptr; }
+    bool QueryInterface(const Tx::IID &, void **, int) override { return false; }
+    void Lock() override {}
+    void Unlock() override {}
+    int ReservedQuery() override { return 0; }
+    int GetLockCount() override { return 1; }
+    IRoot *GetRoot() override { return this; }
+    void DeleteThis() override {}
+
+protected:
+    Interface *const next;
+};
+
+class Classes : public Before<ITeskClasses> {
+public:
+    using Before::Before;
+    void RegisterClasses(const Tx::ClassRegistrationList &registrations) override
+    {
+        OrderFor("ITeskClasses::RegisterClasses");
+        next->RegisterClasses(registrations);
+    }
+    bool FindInterface(IRoot *object, const Tx::IID &iid, void **out, ClassDescriptor *descriptor,
+                       int flags) override
+    {
+        return OrderFor("ITeskClasses::FindInterface", iid.GetName()) == HostObeys &&
+               next->FindInterface(object, iid, out, descriptor, flags);
+    }
+    void TrackInstance(IRoot *root, int delta, int reserved) override
+    {
+        // A birth that is refused is not counted; a death is.
+        if (delta > 0)
+            OrderFor("ITeskClasses::TrackInstance", "+1");
+        next->TrackInstance(root, delta, reserved);
+        if (delta < 0)
+            OrderFor("ITeskClasses::TrackInstance", "-1");
+    }
+};
+
+class Services : public Before<ITeskPyOS> {
+public:
+    using Before::Before;
+    PyObject *WrapObject(IRoot *object) override
+    {
+        return OrderFor("ITeskPyOS::WrapObject") == HostObeys ? next->WrapObject(object) : nullptr;
+    }
+};
+
+const bool standsBefore = [] {
+    static Classes classes(TxClasses);
+    static Services services(PyOS);
+    TxClasses = &classes;
+    PyOS = &services;
+    return true;
+}();
+
+} // namespace

@@ -1,0 +1,32 @@
+#pragma once
+
+// A host that tries the module's patience: tesk-run with a layer between module and stand-in, which
+// notes every call and fails, throws or answers oddly where it is told to.
+
+#include <cstdint>
+
+extern "C" {
+
+/// What an operation does instead of its work.
+enum HostOrder : int {
+    HostObeys = 0,
+    HostRefuses = 1,       ///< gives the answer that means failure, without a Python error
+    HostSaysWhy = 2,       ///< the same, with a Python error of its own
+    HostThrows = 3,        ///< throws a C++ exception
+    HostGivesNothing = 4,  ///< claims success, with a null object
+    HostShowsWeakRoot = 5, ///< gives the IRoot inside the object's IWeakObject
+};
+
+/// From its `from`-th call on (1: the next one), `operation` does what `order` says.
+void HostExpect(const char *operation, int order, int from);
+/// All operations obey.
+void HostObey(void);
+
+/// The calls since the last forgetting, one a line.
+const char *HostLog(void);
+void HostForgetLog(void);
+
+/// operator new of the whole process: its n-th call from now fails, once; 0 for none.
+void HostFailNew(std::int64_t n);
+bool HostFailureIsPending(void);
+}

@@ -1,0 +1,230 @@
+"""What a script sees when the host fails: a line per operation and way to fail. Nothing is left
+behind, nothing has changed, and the same call succeeds afterwards. Runs in trying_host."""
+
+import ctypes
+import gc
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+import weakref
+
+HOST = ctypes.CDLL(None)
+HOST.HostLog.restype = ctypes.c_char_p
+HOST.HostFailNew.argtypes = [ctypes.c_int64]
+HOST.HostFailureIsPending.restype = ctypes.c_bool
+OBEYS, REFUSES, SAYS_WHY, THROWS, GIVES_NOTHING, SHOWS_WEAK_ROOT = range(6)
+
+
+def import_fails_whole():
+    """Fails each of the host's part in an import. Returns what did not go as it should."""
+    wrong = []
+    for operation, order, text in [
+            ("TeskInitializePyType", THROWS, "RuntimeError: thrown by the host"),
+            ("TeskInitializePyType", THROWS, "RuntimeError: thrown by the host"),
+            ("ITeskClasses::RegisterClasses", THROWS, "RuntimeError: thrown by the host"),
+            ("TeskRegisterToModule", THROWS, "RuntimeError: thrown by the host"),
+            ("TeskRegisterToModule", SAYS_WHY, "ArithmeticError: the host's own words"),
+            ("TeskRegisterToModule", REFUSES,
+             "RuntimeError: TeskRegisterToModule failed for class SHBuilder")]:
+        HOST.HostExpect(operation, order, 1)
+        try:
+            import _Orvane
+            wrong.append("%s: imported %r" % (operation, dir(_Orvane)))
+        except Exception as error:
+            if "%s: %s" % (type(error).__name__, error) != text:
+                wrong.append("%s: %r" % (operation, error))
+        if "_Orvane" in sys.modules:
+            wrong.append("%s: a module is left" % operation)
+    HOST.HostObey()
+    return wrong
+
+
+IMPORT_FAULTS = import_fails_whole()
+
+import _Orvane  # noqa: E402  (the host obeys now)
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))),
+                                "python"))
+from support import OrvaneTest, WorldTest  # noqa: E402
+
+COPY = "world.builder.CopySH(world.set)"
+ADD = "world.builder.AddSH(world.set, world.other)"
+NEW = "_Orvane.SphericalHarmonic()"
+SIZE = "world.set.SetNumBands(2)"
+VALUE = "world.builder.GetValueAt(world.set, 1.0, 0.5)"
+THROWN = "RuntimeError: thrown by the host"
+OWN = "ArithmeticError: the host's own words"
+FAILURES = [
+    ("TeskCreateInstance", REFUSES, COPY,
+     "RuntimeError: TeskCreateInstance failed for class SphericalHarmonic"),
+    ("TeskCreateInstance", SAYS_WHY, COPY, OWN),
+    ("TeskCreateInstance", THROWS, COPY, THROWN),
+    ("TeskCreateInstance", GIVES_NOTHING, COPY,
+     "RuntimeError: TeskCreateInstance failed for class SphericalHarmonic"),
+    ("ITeskClasses::FindInterface", REFUSES, COPY,
+     "RuntimeError: TeskCreateInstance failed for class SphericalHarmonic"),
+    ("ITeskClasses::FindInterface", SAYS_WHY, COPY, OWN),
+    ("ITeskClasses::FindInterface", THROWS, COPY, THROWN),
+    ("ITeskClasses::TrackInstance", THROWS, COPY, THROWN),
+    ("TeskInternalCreate", REFUSES, COPY, "MemoryError: "),
+    ("TeskInternalCreate", SAYS_WHY, COPY, OWN),
+    ("TeskInternalCreate", THROWS, COPY, "MemoryError: "),
+    ("ITeskPyOS::WrapObject", REFUSES, COPY,
+     "RuntimeError: ITeskPyOS::WrapObject failed for class SphericalHarmonic"),
+    ("ITeskPyOS::WrapObject", SAYS_WHY, COPY, OWN),
+    ("ITeskPyOS::WrapObject", THROWS, COPY, THROWN),
+    ("PyThunkLeave", THROWS, COPY, THROWN),
+    ("PyThunkLeave", THROWS, "world.set.GetAsBuffer()", THROWN),
+    ("TeskWrapObjectForPython", REFUSES, ADD,
+     "RuntimeError: TeskWrapObjectForPython failed for class SphericalHarmonic"),
+    ("TeskWrapObjectForPython", SAYS_WHY, ADD, OWN),
+    ("TeskWrapObjectForPython", THROWS, ADD, THROWN),
+    ("TeskCreateInstanceFromPython", REFUSES, NEW,
+     "RuntimeError: TeskCreateInstanceFromPython failed for class SphericalHarmonic"),
+    ("TeskCreateInstanceFromPython", SAYS_WHY, NEW, OWN),
+    ("TeskCreateInstanceFromPython", THROWS, NEW, THROWN),
+    ("TeskInternalCreate", REFUSES, NEW, "MemoryError: "),
+    ("TeskExtractArgumentImpl", REFUSES, SIZE,
+     "RuntimeError: TeskExtractArgumentImpl failed for argument 0"),
+    ("TeskExtractArgumentImpl", SAYS_WHY, SIZE, OWN),
+    ("TeskExtractArgumentImpl", THROWS, SIZE, THROWN),
+    ("TeskUnwrapObjectFromPython", REFUSES, SIZE,
+     "TypeError: Could not match self to expected type: class SphericalHarmonic."),
+    ("TeskUnwrapObjectFromPython", SAYS_WHY, SIZE, OWN),
+    ("TeskUnwrapObjectFromPython", THROWS, SIZE, THROWN),
+    ("TeskUnwrapObjectFromPython", REFUSES, VALUE,
+     "TypeError: Could not match self to expected type: class SHBuilder."),
+    ("TeskUnwrapObjectFromPython", SAYS_WHY, VALUE, OWN),
+]
+
+
+class FailureTest(WorldTest):
+    def outcome(self, expression):
+        try:
+            return repr(type(eval(expression, {"world": self.world, "_Orvane": _Orvane})))
+        except Exception as error:
+            sys.exc_clear()
+            return "%s: %s" % (type(error).__name__, error)
+
+    def test_import_is_whole_or_not_at_all(self):
+        self.assertEqual(IMPORT_FAULTS, [])
+        self.assertEqual(sorted(name for name in dir(_Orvane) if name[0] != "_"),
+                         ["SHBuilder", "SphericalHarmonic"])
+
+    def test_failures(self):
+        # An addition has happened when its result cannot be shown: it is done with a set of zeros.
+        self.world.other.Clean()
+        for operation, order, expression, expected in FAILURES:
+            before = self.world.snapshot()
+            usual = self.outcome(expression)
+            HOST.HostExpect(operation, order, 1)
+            outcome = self.outcome(expression)
+            HOST.HostObey()
+            print "%s, %s: %s -> %s" % (
+                operation, ("", "refuses", "says why", "throws", "gives nothing")[order],
+                expression, outcome)
+            self.assertEqual(outcome, expected, (operation, order, expression))
+            self.assertEqual(self.world.snapshot(), before, (operation, order, expression))
+            self.assertEqual(self.outcome(expression), usual)
+        HOST.TeskResetReport()  # an object that is none was reported
+
+    def test_what_the_host_throws_at_an_end_is_nobodys_business(self):
+        for operation in ("ITeskClasses::TrackInstance", "TeskInternalFreeObject"):
+            sh = _Orvane.SphericalHarmonic()
+            HOST.HostExpect(operation, THROWS, 1)
+            del sh
+            HOST.HostObey()
+
+    def test_an_unwrapped_object_is_the_same_by_both_roots(self):
+        usual = [str(self.outcome(expression)) for expression in (SIZE, VALUE, COPY, ADD)]
+        before = self.world.snapshot()
+        HOST.HostExpect("TeskUnwrapObjectFromPython", SHOWS_WEAK_ROOT, 1)
+        after = [str(self.outcome(expression)) for expression in (SIZE, VALUE, COPY, ADD)]
+        self.world.set.SetCoefficient(0, self.world.set.GetCoefficient(0))
+        snapshot = self.world.snapshot()
+        HOST.HostObey()
+        self.assertEqual(after, usual)
+        self.assertEqual(snapshot[0], before[0])
+        self.assertEqual(self.world.set.numBands, 2)
+
+
+class SilentSuccessTest(OrvaneTest):
+    def test_an_object_that_is_none_is_reported_once(self):
+        world = {"b": _Orvane.SHBuilder(), "sh": _Orvane.SphericalHarmonic()}
+        HOST.HostForgetLog()
+        HOST.HostExpect("TeskCreateInstance", GIVES_NOTHING, 1)
+        self.assertRaises(RuntimeError, world["b"].CopySH, world["sh"])
+        HOST.HostObey()
+        self.assertEqual(HOST.HostLog().count("VEXAssertHelper::Handle this->p\n"), 1)
+        HOST.TeskResetReport()
+
+
+LOAD = """
+import ctypes, sys
+host = ctypes.CDLL(None)
+host.HostFailNew.argtypes = [ctypes.c_int64]
+host.HostFailureIsPending.restype = ctypes.c_bool
+host.HostFailNew(int(sys.argv[1]))
+try:
+    import _Orvane
+    outcome = "imported"
+except MemoryError:
+    outcome = "MemoryError"
+    assert "_Orvane" not in sys.modules
+if host.HostFailureIsPending():
+    outcome = "enough"
+host.HostFailNew(0)
+import _Orvane
+builder, sh = _Orvane.SHBuilder(), _Orvane.SphericalHarmonic()
+builder.GenerateLookUpTables(8)
+sh.SetNumBands(3)
+assert builder.GetValueAt(sh, 1.0, 1.0) == 0.0
+sys.stdout.write(outcome)
+"""
+
+
+class LoadTest(unittest.TestCase):
+    def test_memory_runs_out_while_the_library_is_loaded_and_imported(self):
+        with tempfile.NamedTemporaryFile(suffix=".py") as script:
+            script.write(LOAD)
+            script.flush()
+            outcomes = []
+            while not outcomes or outcomes[-1] != "enough":
+                process = subprocess.Popen(
+                    [os.environ["TRYING_HOST"], script.name, str(len(outcomes) + 1)],
+                    stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+                outcome, errors = process.communicate()
+                self.assertEqual(process.returncode, 0, errors)
+                outcomes.append(outcome)
+                self.assertLess(len(outcomes), 1000)
+        # What fails while the library is loaded is made up for by the import.
+        self.assertIn("imported", outcomes)
+        self.assertIn("MemoryError", outcomes)
+        print "%d points of failure" % (len(outcomes) - 1)
+
+
+class LogTest(OrvaneTest):
+    def test_a_call_and_an_end(self):
+        builder = _Orvane.SHBuilder()
+        sh = _Orvane.SphericalHarmonic()
+        told = []
+        HOST.HostForgetLog()
+        copied = builder.CopySH(sh)
+        self.assertEqual(HOST.HostLog().splitlines(), [
+            "TeskUnwrapObjectFromPython", "TeskUnwrapObjectFromPython",
+            "TeskCreateInstance SphericalHarmonic", "TeskInternalCreate SphericalHarmonic",
+            "ITeskClasses::TrackInstance +1", "ITeskClasses::FindInterface IRoot",
+            "ITeskPyOS::WrapObject", "TeskWrapObjectForPython", "PyThunkLeave"])
+        reference = weakref.ref(copied, told.append)
+        HOST.HostForgetLog()
+        del copied
+        gc.collect()
+        self.assertEqual(HOST.HostLog().splitlines(),
+                         ["ITeskClasses::TrackInstance -1", "TeskInternalFreeObject"])
+        self.assertEqual(told, [reference])
+
+
+if __name__ == "__main__":
+    unittest.main()
