@@ -1,5 +1,7 @@
 #include "platform/RuntimeRandom.h"
 
+#if !defined(_WIN32)
+
 namespace platform {
 
 RuntimeRandom &ThreadRandom()
@@ -9,3 +11,5 @@ RuntimeRandom &ThreadRandom()
 }
 
 } // namespace platform
+
+#endif

@@ -82,12 +82,11 @@ void AppendOffsets(std::size_t count, std::vector<GaussOffset> &offsets,
 {
     std::array<DiskPoint, drawBlock> points;
     std::array<double, drawBlock> angles;
-    platform::RuntimeRandom random = platform::ThreadRandom();
+    platform::ThreadDraws random;
     for (std::size_t i = 0; i < count; ++i) {
         points[i] = RandomDiskPoint(random);
         angles[i] = RandomUnit(random) * TWO_PI_F;
     }
-    platform::ThreadRandom() = random;
     for (std::size_t i = 0; i < count; ++i) {
         const double g = GaussDeviate(points[i]);
         offsets.push_back({std::sin(angles[i]) * g, std::cos(angles[i]) * g});

@@ -31,7 +31,7 @@ void GenerateStratifiedSamples(std::int32_t n, std::vector<SphericalSample> &tar
         return;
     target.reserve(static_cast<std::size_t>(n) * static_cast<std::size_t>(n));
     const double inv = 1.0f / static_cast<float>(n);
-    platform::RuntimeRandom random = platform::ThreadRandom();
+    platform::ThreadDraws random;
     for (std::int32_t i = 0; i < n; ++i)
         for (std::int32_t j = 0; j < n; ++j) {
             // Where inv is above 1/n, the last row can reach beyond the pole by a hair.
@@ -40,7 +40,6 @@ void GenerateStratifiedSamples(std::int32_t n, std::vector<SphericalSample> &tar
             const double phi = (RandomUnit(random) + j) * inv * TWO_PI_F;
             target.push_back({theta, phi});
         }
-    platform::ThreadRandom() = random;
 }
 
 float SampleWeight(const SHBuilder &builder)

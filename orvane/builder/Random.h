@@ -1,6 +1,7 @@
 #pragma once
 
-// Random draws over the runtime's generator, and the Gaussian density.
+// Random draws over the runtime's generator, and the Gaussian density. A generator is a
+// platform::ThreadDraws or, where the sequence must be a loop's own, a platform::RuntimeRandom.
 //
 // Source: W. H. Press et al., "Numerical Recipes in C", 2nd ed., section 7.2 (polar method).
 
@@ -11,7 +12,7 @@
 namespace orvane {
 
 /// One draw, uniform in [0, 1]; both ends are reached.
-inline double RandomUnit(platform::RuntimeRandom &random)
+template <class Generator> double RandomUnit(Generator &random)
 {
     constexpr double drawScale = 1.0 / 32767.0;
     static_assert(drawScale == 3.051850947599719e-05);
@@ -23,7 +24,7 @@ struct DiskPoint {
     double b;             ///< its second coordinate
     double squaredRadius; ///< above 0, below 1
 };
-inline DiskPoint RandomDiskPoint(platform::RuntimeRandom &random)
+template <class Generator> DiskPoint RandomDiskPoint(Generator &random)
 {
     for (;;) {
         const double a = RandomUnit(random) * 2.0 - 1.0;

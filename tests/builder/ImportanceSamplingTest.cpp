@@ -30,9 +30,9 @@ TEST(PdfSamples, AreThoseOfTheLiteralDraws)
     for (const auto &[seed, sqrtNumSamples, numGaussSamples] : cases) {
         const literal::PdfSamples expected =
             literal::GeneratePdfSamples(seed, sqrtNumSamples, numGaussSamples);
-        const std::uint32_t stateAfter = platform::ThreadRandom().state;
+        const int nextDraw = platform::rand();
         builder.GeneratePDFSamples(seed, sqrtNumSamples, numGaussSamples);
-        EXPECT_EQ(platform::ThreadRandom().state, stateAfter);
+        EXPECT_EQ(platform::rand(), nextDraw);
         EXPECT_EQ(builder.pdfDensities, expected.densities);
         EXPECT_TRUE(SamePoints(builder.pdfGaussOffsets, expected.offsets));
         EXPECT_TRUE(SamePoints(builder.pdfSphericalSamples, expected.cover));
@@ -55,7 +55,7 @@ TEST(PdfSamples, HaveTheNumbersOfTheKnownSeedAndLimits)
     platform::srand(5);
     EXPECT_THROW(builder.GeneratePDFSamples(1, 16385, 1), std::invalid_argument);
     EXPECT_THROW(builder.GeneratePDFSamples(1, 1, (1 << 27) + 1), std::invalid_argument);
-    EXPECT_EQ(platform::ThreadRandom().state, 5u);
+    EXPECT_EQ(platform::rand(), platform::RuntimeRandom{5}.Next());
     EXPECT_EQ(builder.pdfGaussOffsets.size(), 2u);
     EXPECT_EQ(builder.pdfSphericalSamples.size(), 0u);
     EXPECT_EQ(builder.pdfDensities.size(), 2u);

@@ -33,7 +33,7 @@ TEST(SphericalSamples, AreStratifiedInTheOrderOfTheirDraws)
     platform::srand(5);
     EXPECT_THROW(builder.GenerateSphericalSamples(1, 16385), std::invalid_argument);
     EXPECT_EQ(builder.sphericalSamples.size(), 1u);
-    EXPECT_EQ(platform::ThreadRandom().state, 5u);
+    EXPECT_EQ(platform::rand(), platform::RuntimeRandom{5}.Next());
 }
 
 TEST(Projection, OfLatitudeLongitudeAndBlobsHasTheBitsOfThePlainLoop)

@@ -113,11 +113,12 @@ public:
         return After(result.Get());
     }
 
-    /// All objects, and the random generator.
+    /// All objects, and the random generator, which a look seeds anew as the world began.
     std::string State() const
     {
         Bytes bytes;
-        bytes.Add(platform::ThreadRandom().state);
+        bytes.Add(platform::rand());
+        platform::srand(77);
         bytes.Add(*Native<SHBuilder>("b"));
         for (const char *name : {"sh", "small", "other"})
             bytes.Add(*Native<SphericalHarmonic>(name));

@@ -25,5 +25,6 @@ int main()
                               "sys.stdout.write(', %d bands in Python' % sh.numBands)\n"
                               "builder = _Orvane.SHBuilder()\n"
                               "assert builder.AddSH(sh, builder.CopySH(sh)).numBands == 2\n"
-                              "assert str(sh.GetAsBuffer()) == '\\0' * 16\n");
+                              "assert str(sh.GetAsBuffer()) == '\\0' * 16\n"
+                              "del sh, builder\n");
 }
