@@ -1,9 +1,9 @@
 # What `cmake --install` lays out:
-#   bin/                   the minimal host, tesk-run
+#   bin/                   the minimal host, tesk-run; on Windows it lies beside the module
 #   lib/orvane/            the module with its typed stub, and the host's stand-in, side by side
 #   include/orvane/        the host's headers, under the paths by which they include each other
 #   lib/cmake/Orvane/      what find_package(Orvane) reads
-#   share/doc/orvane/      the documents
+#   share/doc/Orvane/      the documents
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -18,9 +18,14 @@ target_include_directories(orvane_host_headers INTERFACE $<INSTALL_INTERFACE:${O
 install(TARGETS tesk _Orvane orvane_host_headers EXPORT OrvaneTargets
     LIBRARY DESTINATION ${ORVANE_MODULE_FOLDER} RUNTIME DESTINATION ${ORVANE_MODULE_FOLDER}
     ARCHIVE DESTINATION ${ORVANE_MODULE_FOLDER})
-set_target_properties(tesk-run PROPERTIES
-    INSTALL_RPATH "$ORIGIN/../${ORVANE_MODULE_FOLDER};${PYTHON27_LIBDIR}")
-install(TARGETS tesk-run RUNTIME)
+if(WIN32)
+    # The loader looks for the host's library beside the program.
+    install(TARGETS tesk-run RUNTIME DESTINATION ${ORVANE_MODULE_FOLDER})
+else()
+    set_target_properties(tesk-run PROPERTIES
+        INSTALL_RPATH "$ORIGIN/../${ORVANE_MODULE_FOLDER};${PYTHON27_LIBDIR}")
+    install(TARGETS tesk-run RUNTIME)
+endif()
 install(FILES orvane/module/_Orvane.pyi DESTINATION ${ORVANE_MODULE_FOLDER})
 install(EXPORT OrvaneTargets NAMESPACE Orvane:: DESTINATION ${packageFolder})
 install(DIRECTORY teskexposure vexcore DESTINATION ${ORVANE_HEADER_FOLDER})

@@ -7,10 +7,15 @@ if(WIN32)
     # binds every symbol to a library when it links, so a module needs the import library too.
     add_library(python27_headers INTERFACE)
     target_include_directories(python27_headers SYSTEM INTERFACE ${PYTHON27_WIN}/include)
-    target_compile_definitions(python27_headers INTERFACE MS_WIN64)
+    # What python.org's headers leave to Microsoft's compiler to say, or rename because of it.
+    target_compile_definitions(python27_headers INTERFACE MS_WIN64 HAVE_SNPRINTF _hypot=hypot)
     find_library(PYTHON27_IMPORT_LIBRARY NAMES python27.lib libpython27.a python27
         PATHS ${PYTHON27_WIN}/libs ${PYTHON27_WIN} REQUIRED NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
     target_link_libraries(python27_headers INTERFACE ${PYTHON27_IMPORT_LIBRARY})
+    set(PYTHON27_INCLUDE ${PYTHON27_WIN}/include)
+    set(PYTHON27_LIBRARY ${PYTHON27_IMPORT_LIBRARY})
+    add_library(python27_embed INTERFACE)
+    target_link_libraries(python27_embed INTERFACE python27_headers)
     return()
 endif()
 
@@ -32,7 +37,8 @@ list(POP_FRONT python27Facts PYTHON27_VERSION PYTHON27_INCLUDE PYTHON27_LIBDIR P
 add_library(python27_headers INTERFACE)
 target_include_directories(python27_headers SYSTEM INTERFACE ${PYTHON27_INCLUDE})
 add_library(python27_embed INTERFACE)
-target_link_libraries(python27_embed INTERFACE python27_headers ${PYTHON27_LIBDIR}/${PYTHON27_LDLIBRARY})
+set(PYTHON27_LIBRARY ${PYTHON27_LIBDIR}/${PYTHON27_LDLIBRARY})
+target_link_libraries(python27_embed INTERFACE python27_headers ${PYTHON27_LIBRARY})
 if(PYTHON27_LDLIBRARY MATCHES "\\.a$")
     # A static libpython needs the system's libraries, and must offer its symbols to modules.
     separate_arguments(PYTHON27_LIBS UNIX_COMMAND "${PYTHON27_LIBS} -lm -lutil")

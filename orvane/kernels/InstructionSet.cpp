@@ -24,19 +24,25 @@ const char *Name(InstructionSet instructionSet)
     return "baseline";
 }
 
-bool IsSupported(InstructionSet instructionSet)
+bool IsSupported(InstructionSet instructionSet, const platform::ProcessorFeatures &features)
 {
+    const bool avx2 = features.avx2 && features.fma;
     switch (instructionSet) {
     case InstructionSet::Avx512:
-        return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
-               __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") &&
-               __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
+        return avx2 && features.avx512f && features.avx512dq && features.avx512bw &&
+               features.avx512vl;
     case InstructionSet::Avx2:
-        return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
+        return avx2;
     case InstructionSet::Baseline:
         break;
     }
     return true;
+}
+
+bool IsSupported(InstructionSet instructionSet)
+{
+    static const platform::ProcessorFeatures features = platform::AskProcessor();
+    return IsSupported(instructionSet, features);
 }
 
 const Kernels &KernelsFor(InstructionSet instructionSet)

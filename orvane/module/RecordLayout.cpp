@@ -1,4 +1,4 @@
-// The layout of the records that pass between module and host. Compiling this file is the check.
+// The layout of the records that the module hands to the host. Compiling this file is the check.
 
 #include "teskexposure/include/TeskRecords"
 
@@ -7,9 +7,6 @@
 namespace {
 
 static_assert(sizeof(void *) == 8);
-
-static_assert(sizeof(Tx::Clsid) == 16);
-static_assert(sizeof(Tx::IID) == 8);
 
 static_assert(sizeof(Tx::InterfaceEntry) == 16);
 static_assert(offsetof(Tx::InterfaceEntry, iid) == 0);

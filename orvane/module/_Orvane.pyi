@@ -1,4 +1,4 @@
-# The signatures of the Python 2.7 module _Orvane, version 1.0.0.
+# The signatures of the Python 2.7 module _Orvane, version 1.1.0.
 # Made by scripts/reference.sh from the tables in orvane/module/.
 
 import mmap

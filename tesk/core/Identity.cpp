@@ -5,6 +5,10 @@
 #include <cstring>
 
 namespace Tx {
+
+// Modules hold identities of the size that this library was built with.
+static_assert(sizeof(Clsid) == 16 && sizeof(IID) == 8);
+
 namespace {
 
 bool SameText(const char *a, const char *b)

@@ -93,6 +93,7 @@ bool TeskExtractArgumentImpl(PyObject *object, float &value, unsigned int index,
     return true;
 }
 
+/// Sees to an error where a method failed without one.
 PyObject *PyThunkLeave(PyObject *result)
 {
     if (!result && !PyErr_Occurred())

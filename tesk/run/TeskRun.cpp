@@ -3,28 +3,16 @@
 
 #include <Python.h>
 
+#include "platform/LibraryFolder.h"
 #include "tesk/TeskReport.h"
 
-#include <dlfcn.h>
-
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 namespace {
 
 constexpr int usageError = 2;
-
-/// The directory of the host's library, where its modules lie as well.
-std::string ModuleDirectory()
-{
-    // Asked for by a function: the linker may have moved the library's data into this program.
-    Dl_info library = {};
-    if (!dladdr(reinterpret_cast<void *>(&TeskReportTotals), &library) || !library.dli_fname)
-        return ".";
-    const std::string path = library.dli_fname;
-    const size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : path.substr(0, slash);
-}
 
 /// Adds `directory` behind the script's own, which is first.
 /// @return false with a Python error set
@@ -64,15 +52,18 @@ int ExitStatus()
     return status;
 }
 
-/// Runs the script as __main__ and closes its file.
+/// Runs the script as __main__.
 /// @return the script's exit status
-int Run(std::FILE *file, char *path)
+int Run(char *path)
 {
     PyObject *const globals = PyModule_GetDict(PyImport_AddModule("__main__"));
     PyObject *const name = PyString_FromString(path);
+    // Python opens the file: its C library may be another than this program's.
+    PyObject *const file = PyFile_FromString(path, const_cast<char *>("rU"));
     PyObject *result = nullptr;
-    if (name && PyDict_SetItemString(globals, "__file__", name) == 0)
-        result = PyRun_FileEx(file, path, Py_file_input, globals, globals, true);
+    if (file && name && PyDict_SetItemString(globals, "__file__", name) == 0)
+        result = PyRun_FileEx(PyFile_AsFile(file), path, Py_file_input, globals, globals, false);
+    Py_XDECREF(file);
     Py_XDECREF(name);
     Py_FlushLine();
     if (result) {
@@ -120,18 +111,26 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "usage: %s SCRIPT [ARGUMENT...]\n", argv[0]);
         return usageError;
     }
-    std::FILE *const file = std::fopen(argv[1], "rb");
-    if (!file) {
+    if (std::FILE *const file = std::fopen(argv[1], "rb")) {
+        std::fclose(file);
+    } else {
         std::perror(argv[1]);
         return usageError;
     }
 
-    Py_SetProgramName(const_cast<char *>(TESK_RUN_PYTHON)); // whose libraries are used
+    // Whose libraries are used.
+#if defined(_WIN32)
+    if (!std::getenv("PYTHONHOME"))
+        Py_SetPythonHome(const_cast<char *>(TESK_RUN_PYTHON));
+#else
+    Py_SetProgramName(const_cast<char *>(TESK_RUN_PYTHON));
+#endif
     Py_Initialize();
     PySys_SetArgv(argc - 1, argv + 1);
     int status = 1;
-    if (AddToModulePath(ModuleDirectory()))
-        status = Run(file, argv[1]);
+    const void *const inHost = reinterpret_cast<const void *>(&TeskReportTotals);
+    if (AddToModulePath(platform::LibraryFolder("tesk.dll", inHost)))
+        status = Run(argv[1]);
     else
         PyErr_Print();
     Finalize();

@@ -1,17 +1,23 @@
 # What module and stand-in offer to the dynamic loader: the module its init function, the stand-in
-# what the host's headers declare. NM, MODULE, HOST and SOURCE_DIR are given.
+# what the host's headers declare. MODULE, HOST and SOURCE_DIR are given, and NM, or OBJDUMP and
+# CXXFILT for libraries of Windows.
 
 function(exported library)
-    execute_process(COMMAND ${NM} -DC --defined-only --format=posix ${library}
-        OUTPUT_VARIABLE lines COMMAND_ERROR_IS_FATAL ANY)
+    if(OBJDUMP)
+        execute_process(COMMAND ${OBJDUMP} -p ${library} COMMAND sed -n "s/^\t\\[ *[0-9]*\\] \\([^ ]*\\)$/\\1/p"
+            COMMAND ${CXXFILT} OUTPUT_VARIABLE lines COMMAND_ERROR_IS_FATAL ANY)
+    else()
+        execute_process(COMMAND ${NM} -DC --defined-only --format=posix ${library}
+            COMMAND sed "s/ [A-Za-z] [0-9a-f]* [0-9a-f]*$//"
+            OUTPUT_VARIABLE lines COMMAND_ERROR_IS_FATAL ANY)
+    endif()
     string(REPLACE ";" "," lines "${lines}")
     string(REPLACE "\n" ";" lines "${lines}")
     set(names)
     foreach(line IN LISTS lines)
         if(line)
-            # A name without its parameters, and the letter of its kind.
-            string(REGEX REPLACE "(\\[abi:[a-z0-9]+\\])?(\\(.*\\))?( const)? [A-Za-z] [0-9a-f]+ [0-9a-f]*$" ""
-                name "${line}")
+            # Without parameters and tags.
+            string(REGEX REPLACE "[[(].*" "" name "${line}")
             list(APPEND names "${name}")
         endif()
     endforeach()

@@ -1,11 +1,24 @@
 # Installs the build tree BUILD_DIR, then builds and runs a host program against the installed tree
-# alone: with the stand-in, and with another host library in its place.
+# alone: with the stand-in, and with another host library in its place. TOOLCHAIN and EMULATOR are set
+# where this is a cross build.
 
 set(work ${BUILD_DIR}/install-test)
 file(REMOVE_RECURSE ${work})
 set(flags)
 if(SANITIZE)
     set(flags -fsanitize=${SANITIZE})
+endif()
+set(toolchain -DCMAKE_CXX_COMPILER=${CXX_COMPILER})
+set(moduleFolder ${work}/tree/lib/orvane)
+set(hostFile libtesk.so)
+set(runner ${work}/tree/bin/tesk-run)
+if(TOOLCHAIN)
+    set(toolchain -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN})
+    set(hostFile tesk.dll)
+    set(exe .exe)
+    set(runner ${moduleFolder}/tesk-run.exe)
+    # In front of what the build tree's tests are given.
+    set(ENV{WINEPATH} "Z:${moduleFolder};$ENV{WINEPATH}")
 endif()
 
 function(run)
@@ -20,8 +33,8 @@ endfunction()
 # ${work}/<folder>.
 function(build project folder)
     run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/install/${project} -B ${work}/${folder} -G Ninja
-        -DCMAKE_PREFIX_PATH=${work}/tree -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
-        -DCMAKE_CXX_FLAGS=${flags} -DVERSION=${VERSION} -DPYTHON_INCLUDE=${PYTHON_INCLUDE}
+        -DOrvane_DIR=${work}/tree/lib/cmake/Orvane
+        -DCMAKE_CXX_FLAGS=${flags} ${toolchain} -DVERSION=${VERSION} -DPYTHON_INCLUDE=${PYTHON_INCLUDE}
         -DPYTHON_LIBRARY=${PYTHON_LIBRARY} ${ARGN})
     run(${CMAKE_COMMAND} --build ${work}/${folder})
 endfunction()
@@ -42,13 +55,20 @@ file(READ ${work}/tree/lib/orvane/_Orvane.pyi output)
 expect("version ${VERSION}[.]")
 
 build(consumer consumer)
-run(${work}/consumer/consumer)
+run(${EMULATOR} ${work}/consumer/consumer${exe})
 expect("^a coefficient set with 1 reference, 2 bands in Python")
 
 build(other_host other_host)
-build(consumer consumer-other -DORVANE_HOST=${work}/other_host/libtesk.so)
-run(${work}/consumer-other/consumer)
+if(TOOLCHAIN)
+    # The loader takes the host's library from the program's own folder first.
+    build(consumer consumer-other -DORVANE_HOST=${work}/other_host/libtesk.dll.a)
+    file(COPY ${work}/other_host/${hostFile} DESTINATION ${work}/consumer-other)
+else()
+    build(consumer consumer-other -DORVANE_HOST=${work}/other_host/${hostFile})
+endif()
+run(${EMULATOR} ${work}/consumer-other/consumer${exe})
+string(REPLACE "\r" "" output "${output}")
 expect("^other host: class SHBuilder\nother host: class SphericalHarmonic\n")
 expect("\na coefficient set with 1 reference, 2 bands in Python")
 
-run(${work}/tree/bin/tesk-run ${SOURCE_DIR}/examples/depletion_profile.py ${work}/depletion.png)
+run(${EMULATOR} ${runner} ${SOURCE_DIR}/examples/depletion_profile.py ${work}/depletion.png)

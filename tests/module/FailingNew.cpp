@@ -14,7 +14,20 @@ void *Allocate(std::size_t size, std::size_t alignment = __STDCPP_DEFAULT_NEW_AL
         return nullptr;
     // In whole units, as aligned_alloc wants it.
     const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
+#if defined(_WIN32)
+    return rounded < size ? nullptr : _aligned_malloc(rounded, alignment);
+#else
     return rounded < size ? nullptr : std::aligned_alloc(alignment, rounded);
+#endif
+}
+
+void Free(void *memory) noexcept
+{
+#if defined(_WIN32)
+    _aligned_free(memory);
+#else
+    std::free(memory);
+#endif
 }
 
 void *OrThrow(void *memory)
@@ -50,12 +63,12 @@ void *operator new(std::size_t size, const std::nothrow_t &) noexcept { return A
 void *operator new[](std::size_t size, const std::nothrow_t &) noexcept { return Allocate(size); }
 void *operator new(std::size_t size, std::align_val_t to, const std::nothrow_t &) noexcept { return Allocate(size, Bytes(to)); }
 void *operator new[](std::size_t size, std::align_val_t to, const std::nothrow_t &) noexcept { return Allocate(size, Bytes(to)); }
-void operator delete(void *memory) noexcept { std::free(memory); }
-void operator delete[](void *memory) noexcept { std::free(memory); }
-void operator delete(void *memory, std::size_t) noexcept { std::free(memory); }
-void operator delete[](void *memory, std::size_t) noexcept { std::free(memory); }
-void operator delete(void *memory, std::align_val_t) noexcept { std::free(memory); }
-void operator delete[](void *memory, std::align_val_t) noexcept { std::free(memory); }
-void operator delete(void *memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
-void operator delete[](void *memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
+void operator delete(void *memory) noexcept { Free(memory); }
+void operator delete[](void *memory) noexcept { Free(memory); }
+void operator delete(void *memory, std::size_t) noexcept { Free(memory); }
+void operator delete[](void *memory, std::size_t) noexcept { Free(memory); }
+void operator delete(void *memory, std::align_val_t) noexcept { Free(memory); }
+void operator delete[](void *memory, std::align_val_t) noexcept { Free(memory); }
+void operator delete(void *memory, std::size_t, std::align_val_t) noexcept { Free(memory); }
+void operator delete[](void *memory, std::size_t, std::align_val_t) noexcept { Free(memory); }
 // clang-format on

@@ -49,7 +49,8 @@ class Totals(ctypes.Structure):
                 ("live_objects", "allocations", "bytes", "peak_bytes", "assertion_hits")]
 
 
-HOST = ctypes.CDLL(os.path.join(MODULE_FOLDER, "libtesk.so"))
+HOST = ctypes.CDLL(os.path.join(
+    MODULE_FOLDER, "tesk.dll" if os.name == "nt" else "libtesk.so"))
 HOST.TeskReportTotals.restype = Totals
 HOST.TeskFailAllocation.argtypes = [ctypes.c_int, ctypes.c_int64]
 OBJECT_ALLOCATION = 1

@@ -100,7 +100,8 @@ class HostTest(OrvaneTest):
             return self.sh.numBands
 
         for value, expected in [
-                (7, 7), (2 ** 31 - 1, 2 ** 31 - 1), (-2 ** 31, -2 ** 31), (Long(3), 3), (True, 1),
+                (7, 7), (2 ** 31 - 1, int(2 ** 31 - 1)), (-2 ** 31, int(-2 ** 31)),
+                (Long(3), 3), (True, 1),
                 (2 ** 31, out_of_range), (-10 ** 40, out_of_range),
                 (1.0, mismatch), ("1", mismatch), (None, mismatch)]:
             self.expect(write, value, expected)
@@ -152,13 +153,14 @@ class TeskRunTest(unittest.TestCase):
 
     def run_script(self, text, *arguments):
         """The script's status, output and error output."""
-        with tempfile.NamedTemporaryFile(suffix=".py") as script:
+        number, name = tempfile.mkstemp(suffix=".py")
+        self.addCleanup(os.remove, name)
+        with os.fdopen(number, "w") as script:
             script.write(text)
-            script.flush()
-            process = subprocess.Popen([self.RUNNER, script.name] + list(arguments),
-                                       stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-            output, errors = process.communicate()
-            return process.returncode, output, errors
+        process = subprocess.Popen([self.RUNNER, name] + list(arguments), universal_newlines=True,
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        output, errors = process.communicate()
+        return process.returncode, output, errors
 
     def test_status(self):
         for text, expected in [

@@ -25,7 +25,8 @@ class ReferenceTest(unittest.TestCase):
     def test_files_are_what_the_tables_make(self):
         program = os.path.join(MODULE_FOLDER, os.pardir, "bin", "orvane-manual")
         for what, path in (("reference", PAGE), ("stub", STUB)):
-            self.assertTrue(subprocess.check_output([program, what]) == read(path),
+            self.assertTrue(subprocess.check_output([program, what],
+                                                    universal_newlines=True) == read(path),
                             "%s is out of date: run scripts/reference.sh" % path)
 
     def test_page_shows_everything_and_leads_nowhere_else(self):
