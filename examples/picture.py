@@ -1,31 +1,15 @@
 """A picture to draw on, and views of a sphere whose values are an equirectangular byte image."""
 
-import math
+from orvanekit.colours import DIVERGING as SIGNED, GREY
+from orvanekit.pictures import BACKGROUND as PAPER, orthographic
+from orvanekit.png import packed
 
 from font import GLYPHS, GLYPH_HEIGHT, GLYPH_WIDTH
-from png import write_png
 
 WHITE = (255, 255, 255)
 BLACK = (0, 0, 0)
-PAPER = (24, 26, 30)
 INK = (225, 225, 225)
 MARK = (255, 80, 60)
-
-# What each of the 256 byte values looks like.
-GREY = [(value, value, value) for value in range(256)]
-
-
-def _signed_colours():
-    """Blue below 128, black at 128, orange above: for functions that change sign."""
-    colours = []
-    for value in range(256):
-        strength = abs(value - 128) / 128.0
-        full = (255, 176, 64) if value > 128 else (64, 152, 255)
-        colours.append(tuple(int(channel * strength) for channel in full))
-    return colours
-
-
-SIGNED = _signed_colours()
 
 
 class Picture(object):
@@ -81,38 +65,15 @@ class Picture(object):
         """
         image = bytearray(image)
         height = len(image) // width
-        theta, phi = view
-        outward = _direction(theta, phi)
-        right = _direction(math.pi / 2, phi + math.pi / 2)
-        up = _direction(theta - math.pi / 2, phi)
-        for row in range(size):
-            y = 1 - (2 * row + 1.0) / size
-            for column in range(size):
-                x = (2 * column + 1.0) / size - 1
-                if x * x + y * y >= 1:
-                    continue
-                z = math.sqrt(1 - x * x - y * y)
-                point = [x * r + y * u + z * o for r, u, o in zip(right, up, outward)]
-                at_theta = math.acos(max(-1.0, min(1.0, point[2])))
-                at_phi = math.atan2(point[1], point[0]) % (2 * math.pi)
-                value = image[_pixel(at_theta, math.pi, height) * width
-                              + _pixel(at_phi, 2 * math.pi, width)]
-                self.point(left + column, top + row, colours[value])
+        for at, place in orthographic(size, width, height, view):
+            self.point(left + at % size, top + at // size, colours[image[place]])
 
     def write(self, path):
         """Write the picture to a PNG file."""
-        write_png(path, self.width, self.height, self.pixels)
+        with open(path, "wb") as png:
+            png.write(packed(self.width, self.height, self.pixels, 3))
 
 
 def text_width(words, size=1):
     """How many pixels a line of text takes."""
     return ((GLYPH_WIDTH + 1) * len(words) - 1) * size
-
-
-def _pixel(angle, whole, count):
-    return min(int(angle / whole * count), count - 1)
-
-
-def _direction(theta, phi):
-    """The unit vector at polar angle theta from z and azimuth phi from x."""
-    return (math.sin(theta) * math.cos(phi), math.sin(theta) * math.sin(phi), math.cos(theta))
