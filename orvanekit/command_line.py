@@ -52,6 +52,10 @@ def about(path):
         words = str(error)
         raise ValueError(words if words.startswith(path + ":")
                          else "%s: %s" % (path, words))
+    except EnvironmentError as error:
+        # Not that of a temporary one beside it.
+        error.filename = path
+        raise
     except MemoryError:
         raise ValueError("%s: not enough memory" % path)
 

@@ -1,6 +1,7 @@
 """What python2.7 -m orvanekit can do: a table of commands."""
 
 import array
+import json
 import math
 import operator
 import os
@@ -12,6 +13,7 @@ import orvanekit as kit
 from .command_line import Command, about
 from .files import write_whole
 from .progress import Progress
+from .sets import channels, like
 from .textfiles import read_numbers, read_points
 
 _BAR = 40  # characters of the longest bar of a spectrum
@@ -19,19 +21,12 @@ _CHANNELS = ("red", "green", "blue")
 _PICTURES = (".png", ".pgm", ".ppm", ".pfm", ".hdr", ".pic")
 
 
-def _channels(sh):
-    return sh if isinstance(sh, tuple) else (sh,)
-
-
 def _each(function, *sets):
     """Apply a function to sets, or channel by channel to colour."""
-    channels = [function(*those) for those in zip(*map(_channels, sets))]
-    return tuple(channels) if len(channels) > 1 else channels[0]
-
-
-def _load(path):
-    with about(path):
-        return kit.load(path)
+    if len(set(map(type, sets))) > 1:
+        raise ValueError("sets of one and of three channels do not mix")
+    return like(sets[0], [function(*those) for those
+                          in zip(*map(channels, sets))])
 
 
 def _save(path, sh, **notes):
@@ -64,9 +59,12 @@ def _info_arguments(parser):
 
 
 def _info(options):
-    sh = _load(options.given)
-    lines = []
-    for name, channel in zip(_CHANNELS, _channels(sh)):
+    sh, notes = kit.load_with_notes(options.given)
+    lines = ["%s: %s" % (name, value if isinstance(value, basestring)
+                         else json.dumps(value)) for name, value
+             in sorted(notes.items())]
+    lines = [line.encode("utf-8") for line in lines]
+    for name, channel in zip(_CHANNELS, channels(sh)):
         if isinstance(sh, tuple):
             lines.append("%s:" % name)
         with about(options.given):
@@ -140,7 +138,7 @@ def _render_arguments(parser):
 
 
 def _render(options):
-    sh = _load(options.given)
+    sh = kit.load(options.given)
     look = {"colours": "grey" if options.grey else "diverging",
             "least": options.least, "greatest": options.greatest,
             "gamma": options.gamma}
@@ -152,7 +150,8 @@ def _render(options):
         else:
             picture = kit.map_picture(sh, options.width, options.height,
                                       **look)
-    write_whole(options.made, picture)
+    with about(options.made):
+        write_whole(options.made, picture)
 
 
 def _filter_arguments(parser):
@@ -174,13 +173,13 @@ def _filter_arguments(parser):
 
 
 def _filter(options):
-    sh = _load(options.given)
+    sh = kit.load(options.given)
     with about(options.given), Progress("filtering " + options.given):
         if options.dering:
             made, width = kit.dering(sh, options.floor)
             print "heat window of width %.6g" % width
         else:
-            bands = _channels(sh)[0].numBands
+            bands = channels(sh)[0].numBands
             if options.hann:
                 window = kit.hann(bands)
             elif options.lanczos:
@@ -206,7 +205,7 @@ def _rotate_arguments(parser):
 
 
 def _rotate(options):
-    sh = _load(options.given)
+    sh = kit.load(options.given)
     with about(options.given):
         matrix = kit.rotation(options.axis, math.radians(options.angle))
         made = _each(lambda channel: _rotated(channel, matrix), sh)
@@ -226,6 +225,10 @@ def _convert_arguments(parser):
                         choices=("orthonormal", "4pi", "schmidt"),
                         help="of a .txt or .csv file; orthonormal unless "
                         "given")
+    parser.add_argument("--order", default="ascending",
+                        choices=("ascending", "descending", "paired"),
+                        help="of a band in a .txt or .csv file: -l to l "
+                        "(the default), l to -l, or 0, 1, -1, 2, -2")
     parser.add_argument("--no-condon-shortley", action="store_true",
                         help="a .txt or .csv file lacks the sign (-1)^m")
 
@@ -237,10 +240,12 @@ def _convert(options):
         width, height, values = kit.read_image(options.given, True)
         if values[0] == values[1] == values[2]:
             values = values[0]
-        kit.write_image(options.made, width, height, values)
+        with about(options.made):
+            kit.write_image(options.made, width, height, values)
         return
     convention = {"normalisation": options.normalisation,
-                  "condon_shortley": not options.no_condon_shortley}
+                  "condon_shortley": not options.no_condon_shortley,
+                  "order": options.order}
     with about(options.given):
         if endings[0] == ".json":
             sh = kit.load(options.given)
@@ -253,7 +258,7 @@ def _convert(options):
                              "or a picture to make a picture of" % endings[0])
     with about(options.made):
         if endings[1] == ".json":
-            kit.save(options.made, sh)
+            _save(options.made, sh)
         elif isinstance(sh, tuple):
             raise ValueError("three sets; expected the ending .json")
         elif endings[1] in (".txt", ".csv"):
@@ -296,21 +301,24 @@ def _combine_arguments(parser):
 
 
 def _combine(options):
-    sets = map(_load, options.given)
+    sets = map(kit.load, options.given)
     wanted = {"blend": 2, "threshold": 1}
     for name, number in wanted.items():
         if getattr(options, name) is not None and len(sets) != number:
             raise ValueError("%s: %d sets; --%s takes %d" % (
                 options.given[0], len(sets), name, number))
-    if options.sum:
-        made = _weighted(sets, [1.0] * len(sets))
-    elif options.difference:
-        made = _weighted(sets, [1.0] + [-1.0] * (len(sets) - 1))
-    elif options.blend is not None:
-        made = _weighted(sets, [1.0 - options.blend, options.blend])
-    else:
-        with about(options.given[0]), Progress("combining"):
-            made = kit.combined(_pointwise(options), sets, options.bands)
+    with about(options.given[0]), Progress("combining"):
+        if options.sum:
+            made = _weighted(sets, [1.0] * len(sets))
+        elif options.difference:
+            made = _weighted(sets, [1.0] + [-1.0] * (len(sets) - 1))
+        elif options.blend is not None:
+            made = _weighted(sets, [1.0 - options.blend, options.blend])
+        else:
+            # The edge of a mask is hard.
+            density = 1 if options.threshold is None else 4
+            made = kit.combined(_pointwise(options), sets, options.bands,
+                                density)
     _save(options.made, made)
 
 

@@ -7,7 +7,7 @@ import _Orvane
 from . import png
 from .colours import DIVERGING
 from .extremes import extremes
-from .sets import coefficients, make_set
+from .sets import channels, coefficients, make_set
 
 BACKGROUND = (24, 26, 30)
 _COLOURS = ("diverging", "grey")
@@ -117,10 +117,7 @@ class _Paint(object):
                 colours, " or ".join(_COLOURS)))
         if not gamma > 0:
             raise ValueError("gamma %r; expected more than 0" % (gamma,))
-        self.sets = sh if isinstance(sh, tuple) else (sh,)
-        if len(self.sets) not in (1, 3):
-            raise ValueError("%d sets; expected one or three"
-                             % len(self.sets))
+        self.sets = channels(sh)
         diverging = len(self.sets) == 1 and colours == "diverging"
         ranges = [extremes(each) for each in self.sets]
         if greatest is None:

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the pictures of docs/gallery.md and of the README anew, with the module.
+# Makes the pictures of docs/gallery.md, docs/recipes.md and the README anew, with the module.
 
 source "$(dirname "$0")/setup.sh"
 
@@ -9,3 +9,4 @@ Build release _Orvane
 export PYTHONPATH=build/release/lib PYTHONDONTWRITEBYTECODE=1
 "$PYTHON2" examples/gallery.py docs/gallery.md docs/images/gallery
 "$PYTHON2" examples/project_image.py examples/data/earth-512x256.pgm docs/images/earth.png
+"$PYTHON2" examples/recipes.py docs/recipes.md docs/images/recipes
