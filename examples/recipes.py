@@ -1,8 +1,8 @@
 """Runs the recipes of a page, and copies the pictures that the page shows.
 
-Every block of the Markdown page that is marked as Python is run, from top to bottom, in one namespace
-and an empty folder; every line of its shell blocks is a call of orvanekit's command line. Run from the
-project's folder.
+Every block of the Markdown page that is marked as Python is run, from top to bottom, in one
+namespace and an empty folder; every line of its shell blocks is a call of orvanekit's command line.
+Run from the project's folder.
 """
 
 import os
@@ -41,7 +41,8 @@ def run_page(page, folder):
     Returns the names that the Python blocks have made
     """
     with open(page) as markdown:
-        blocks = re.findall(r"^```(python|sh)\n(.*?)^```$", markdown.read(), re.MULTILINE | re.DOTALL)
+        blocks = re.findall(r"^```(python|sh)\n(.*?)^```$", markdown.read(),
+                            re.MULTILINE | re.DOTALL)
     here, names = os.getcwd(), {}
     os.chdir(folder)
     try:
@@ -49,7 +50,7 @@ def run_page(page, folder):
             if kind == "python":
                 exec block in names
             else:
-                for line in block.splitlines():
+                for line in block.replace("\\\n", " ").splitlines():
                     words = shlex.split(line)
                     if words[:3] != PROGRAM or run_command(COMMANDS, words[3:]):
                         raise ValueError("%s: does not run: %s" % (page, line))

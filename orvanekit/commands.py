@@ -296,8 +296,8 @@ def _combine_arguments(parser):
     how.add_argument("--threshold", type=_number, metavar="VALUE",
                      help="of one set: 1 where it is above, else 0")
     parser.add_argument("--bands", type=_bands, default=30,
-                        help="of a product, maximum, minimum or mask, 1 to 30; "
-                        "30 unless given")
+                        help="of a product, maximum, minimum or mask, 1 to "
+                        "30; 30 unless given")
 
 
 def _combine(options):

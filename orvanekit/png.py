@@ -73,8 +73,9 @@ def read(opened, size):
                                   in palette].__getitem__, pixels))
             for channel in range(3)]
     level = levels((1 << bits) - 1).__getitem__
-    return width, height, [array.array("d", map(level, pixels[first::channels]))
-                           for first in range(3 if channels > 2 else 1)]
+    return width, height, [
+        array.array("d", map(level, pixels[first::channels]))
+        for first in range(3 if channels > 2 else 1)]
 
 
 def encoded(width, height, planes, bits=8):

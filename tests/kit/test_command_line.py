@@ -187,7 +187,8 @@ class RefusalTest(Folder):
                 ("convert odd.csv o.json", "odd.csv: 3 coefficients"),
                 ("convert bad.f32 o.json", "bad.f32: 3 bytes; expected 4"),
                 ("convert c.json o.csv", "o.csv: three sets; expected the ending .json"),
-                ("convert c.json o.doc", "o.doc: "), ("convert c.doc o.json", "c.doc: ending '.doc'"),
+                ("convert c.json o.doc", "o.doc: "),
+                ("convert c.doc o.json", "c.doc: ending '.doc'"),
                 ("fit bad.csv o.json", "bad.csv: line 2: '4 5 x'; expected numbers"),
                 ("fit two.csv o.json", "two.csv: line 2: 2 numbers; expected theta")):
             status, output, errors = self.run_line(line)

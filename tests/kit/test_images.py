@@ -132,7 +132,7 @@ REFUSED = [
     (png(1, 1, 8, 3, [0, 4], PALETTE), "colour 4 of a palette of 4"),
     (png(1, 1, 4, 2, [0, 4]), "4 bits of colour type 2"),
     (PNG_START + chunk(b"IHDR", struct.pack(">IIBBBBB", 1, 1, 8, 0, 0, 0, 1)), "interlaced;"),
-    (PNG_START + struct.pack(">I4s", 1 << 31, b"IDAT"), "chunk 'IDAT' of 2147483648 bytes in a file"),
+    (PNG_START + struct.pack(">I4s", 1 << 31, b"IDAT"), "chunk 'IDAT' of 2147483648 bytes"),
     (PNG_START + chunk(b"IDAT", b"a"), "chunk 'IDAT' before IHDR"),
     (png(1, 1, 8, 0, [0, 51])[:-1] + b"?", "the check sum of chunk 'IEND' does not fit"),
 ]
@@ -222,7 +222,8 @@ class WriteTest(Folder):
         self.assertEqual(self.written("a.pfm", self.VALUES), b"Pf\n3 2\n-1.0\n" + struct.pack(
             "<6f", 1, -.5, 7, 0, .2, .4))
         colour = (self.VALUES, 6 * [1], 6 * [.5])
-        self.assertEqual(self.written("a.ppm", colour)[:17], b"P6\n3 2\n255\n\0\xff\x80\x33\xff\x80")
+        self.assertEqual(self.written("a.ppm", colour)[:17],
+                         b"P6\n3 2\n255\n\0\xff\x80\x33\xff\x80")
         self.assertEqual(self.written("a.hdr", colour)[-24:], b"\0\x80\x40\x81\x1a\x80\x40\x81"
                          b"\x33\x80\x40\x81\x80\x80\x40\x81\0\x80\x40\x81\xe0\x20\x10\x83")
 
@@ -274,7 +275,8 @@ class WriteTest(Folder):
                 ("a.png", [0, 0], 32, "32 bits; expected 8 or 16"),
                 ("a.pgm", ([0, 0], [0, 0], [0, 0]), None, "colour; expected one channel"),
                 ("a.png", ([0, 0], [0, 0]), None, "2 channels; expected 1 or 3"),
-                ("a.hdr", [0, 1e39], None, "a pixel of "), ("a.hdr", [0, nan], None, "a pixel of ")):
+                ("a.hdr", [0, 1e39], None, "a pixel of "),
+                ("a.hdr", [0, nan], None, "a pixel of ")):
             path = os.path.join(self.folder, name)
             message = self.refusal(write_image, path, 2, 1, values, bits)
             self.assertTrue(message and message.startswith("%s: %s" % (path, words)), message)
@@ -295,7 +297,8 @@ def damaged(contents):
         elif how == 2:
             del result[at:at + random.randint(1, 9)]
         elif how == 3:
-            result[at:at] = bytearray(random.choice((b"9", b"999", b" ", b"-", b"\n", b"\1\1\1\xff")))
+            result[at:at] = bytearray(random.choice(
+                (b"9", b"999", b" ", b"-", b"\n", b"\1\1\1\xff")))
         else:
             result[at:at] = result[at:at + random.randint(1, 40)]
         if not result:

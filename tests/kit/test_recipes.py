@@ -27,8 +27,8 @@ class RecipesTest(unittest.TestCase):
         del cls.names
 
     def assert_place(self, found, theta, phi, tolerance):
-        self.assertTrue(math.hypot(found[0] - theta, math.sin(theta) * (found[1] - phi)) < tolerance,
-                        found)
+        apart = math.hypot(found[0] - theta, math.sin(theta) * (found[1] - phi))
+        self.assertTrue(apart < tolerance, found)
 
     def test_results(self):
         names = self.names
