@@ -29,9 +29,15 @@ def _each(function, *sets):
                           in zip(*map(channels, sets))])
 
 
-def _save(path, sh, **notes):
+def _load(path):
+    """A set, and what it was made of where its file says so."""
+    sh, notes = kit.load_with_notes(path)
+    return sh, notes.get("source")
+
+
+def _save(path, sh, source=None):
     with about(path):
-        kit.save(path, sh, **notes)
+        kit.save(path, sh, **({} if source is None else {"source": source}))
 
 
 def _number(text):
@@ -109,7 +115,7 @@ def _project(options):
     with about(options.given), Progress("projecting " + options.given):
         width, height, values = kit.read_image(options.given, options.colour)
         sh = kit.projected(values, width, height, options.bands)
-    _save(options.made, sh, source=os.path.basename(options.given))
+    _save(options.made, sh, os.path.basename(options.given))
 
 
 def _render_arguments(parser):
@@ -173,7 +179,7 @@ def _filter_arguments(parser):
 
 
 def _filter(options):
-    sh = kit.load(options.given)
+    sh, source = _load(options.given)
     with about(options.given), Progress("filtering " + options.given):
         if options.dering:
             made, width = kit.dering(sh, options.floor)
@@ -191,7 +197,7 @@ def _filter(options):
             else:
                 window = kit.clamped_cosine(bands)
             made = kit.filtered(sh, window)
-    _save(options.made, made)
+    _save(options.made, made, source)
 
 
 def _rotate_arguments(parser):
@@ -205,11 +211,11 @@ def _rotate_arguments(parser):
 
 
 def _rotate(options):
-    sh = kit.load(options.given)
+    sh, source = _load(options.given)
     with about(options.given):
         matrix = kit.rotation(options.axis, math.radians(options.angle))
         made = _each(lambda channel: _rotated(channel, matrix), sh)
-    _save(options.made, made)
+    _save(options.made, made, source)
 
 
 def _rotated(sh, matrix):
@@ -363,7 +369,7 @@ def _fit(options):
         if options.smoothing is not None:
             more["smoothing"] = options.smoothing
         sh = kit.fitted(points, options.bands, progress=part, **more)
-    _save(options.made, sh, source=os.path.basename(options.given))
+    _save(options.made, sh, os.path.basename(options.given))
 
 
 COMMANDS = [

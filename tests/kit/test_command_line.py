@@ -11,7 +11,8 @@ import sys
 import tempfile
 import unittest
 
-from orvanekit import coefficients, load, make_set, read_image, save, write_image
+from orvanekit import (coefficients, load, load_with_notes, make_set, read_image, save,
+                       write_image)
 from orvanekit import command_line, files
 from orvanekit.commands import COMMANDS
 from orvanekit.progress import Progress
@@ -113,9 +114,10 @@ class CommandsTest(Folder):
 
     def test_rotate(self):
         # A quarter about z takes x to y: order 1 to order -1.
-        save("a.json", make_set([1, 0, 0, -1.0]))
+        save("a.json", make_set([1, 0, 0, -1.0]), source="x.png", exposure=2)
         self.run_well("rotate a.json b.json --axis 0 0 2 --angle 90")
         self.assert_set("b.json", [1, -1, 0, 0])
+        self.assertEqual(load_with_notes("b.json")[1], {"source": "x.png"})
         self.run_well("rotate a.json b.json --axis 0 1 0 --angle -90")
         self.assert_set("b.json", [1, 0, 1, 0])
 
