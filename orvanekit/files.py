@@ -63,7 +63,13 @@ def load(path):
 
 
 def load_with_notes(path):
-    """Read a set and its notes: (set, {name: value}); errors as `load`."""
+    """Read a set and the notes that were saved with it.
+
+    path: the file
+
+    Returns (set, notes): notes by name, texts as unicode
+    Raises ValueError, IOError as `load`
+    """
     with open(path, "rb") as opened:
         size = os.fstat(opened.fileno()).st_size
         if size > _LARGEST:

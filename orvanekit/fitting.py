@@ -7,6 +7,7 @@ from .grids import legendre_columns, trig_columns
 from .sets import MOST_BANDS, make_set
 
 _MOST_ROUNDS = 200
+_ENOUGH = 1e-12  # of the squared residual: single precision at the end
 
 
 def fitted(points, bands, smoothing=1e-8, progress=None):
@@ -53,10 +54,10 @@ def fitted(points, bands, smoothing=1e-8, progress=None):
     direction = conditioned
     size = first = sum(map(mul, residual, conditioned))
     for number in range(_MOST_ROUNDS):
-        if size <= 1e-14 * first:
+        if size <= _ENOUGH * first:
             break
         if progress:
-            progress(min(1.0, math.log(first / size) / math.log(1e14)))
+            progress(min(1.0, math.log(size / first) / math.log(_ENOUGH)))
         fit = [sum(map(mul, row, direction)) for row in rows]
         pushed = [scale * sum(map(mul, column, fit)) + p * d for
                   column, p, d in zip(columns, penalty, direction)]
