@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Cross-builds everything for 64-bit Windows and runs the suite under Wine: the native tests, every
-# test script, both examples, the README's script, the installed tree; then prints how far the golden
+# test script of module and package, both examples, the README's script, the installed tree, the
+# archive that `cpack` makes; then prints how far the golden
 # vectors are from those of this system. Fails where one without library functions differs in a bit,
 # or another by more than its tolerance. The Windows Python is the one in the folder PYTHON27_WIN, or
 # scripts/python27-windows.sh makes one. A first run takes some five minutes and 1.5 GB.

@@ -1,6 +1,6 @@
 # Makes an archive of the build tree BUILD_DIR, unpacks it into a fresh folder and there, with
 # nothing else on the path, runs the script that README.md shows and a command of the package.
-# PYTHON is what starts Python: a list of words.
+# PYTHON is what starts Python: a list of words. EMULATOR is set where this is a cross build.
 
 set(work ${BUILD_DIR}/package-test)
 file(REMOVE_RECURSE ${work})
@@ -33,9 +33,12 @@ file(WRITE ${work}/run/readme.py "${CMAKE_MATCH_1}")
 set(modules ${CMAKE_COMMAND} -E env PYTHONPATH=${tree}/lib/orvane ${PYTHON})
 set(hosts modules)
 set(tesk-run ${tree}/bin/tesk-run)
-if(EXISTS ${tesk-run})
-    list(APPEND hosts tesk-run)
+if(EMULATOR)
+    set(tesk-run ${EMULATOR} ${tree}/lib/orvane/tesk-run.exe)
+    # Before the build tree's own.
+    set(ENV{WINEPATH} "Z:${tree}/lib/orvane;$ENV{WINEPATH}")
 endif()
+list(APPEND hosts tesk-run)
 foreach(host IN LISTS hosts)
     run(${${host}} readme.py)
     file(SIZE ${work}/run/blob.pgm size)
