@@ -10,6 +10,7 @@
 #include "orvane/sh/Errors.h"
 
 #include <algorithm>
+#include <limits>
 
 using namespace orvane;
 
@@ -27,7 +28,8 @@ std::int64_t PixelIndex(double angle, double scale, std::int32_t size)
 /// Projects an image of one byte per pixel, rows of `width` bytes, row y at polar angle
 /// y * pi / height and column x at azimuth x * 2 pi / width: each sample takes the pixel whose low
 /// corner it is at or beyond.
-/// @param band stored as given; its square, a wrapping 32-bit product, is 0 to 900
+/// @param band stored as given; its square, a wrapping 32-bit product, is 0 or more, and with
+/// samples at most 900
 /// @param pixels width * height bytes
 /// @throws std::invalid_argument for an illegal size or band, or where samples and coefficients
 /// meet an image without pixels; NotReady without tables where they are read; std::bad_alloc. The
@@ -38,12 +40,22 @@ SphericalHarmonic &SHBuilder::CreateSHFromImageBuffer(SphericalHarmonic &sh, std
 {
     RequireImageSize(width, height);
     const std::int32_t count = CoefficientCount(band);
-    if (count < 0 || count > tableCoefficients)
+    const std::int32_t mostCoefficients =
+        sphericalSamples.empty() ? std::numeric_limits<std::int32_t>::max() : tableCoefficients;
+    if (count < 0 || count > mostCoefficients)
         throw std::invalid_argument(
-            IllegalValue("band", band, "a square of 0 to " + std::to_string(tableCoefficients)));
+            IllegalValue("band", band, "a square of 0 to " + std::to_string(mostCoefficients)));
+    if (sphericalSamples.empty()) {
+        // No sum has been added to, and the weight of no samples is infinite.
+        sh.coefficients.assign_zeros(static_cast<std::size_t>(count));
+        sh.numBands = band;
+        for (float &coefficient : sh.coefficients)
+            coefficient *= SampleWeight(*this);
+        return sh;
+    }
 
     Projector projector(*this, count, Projector::Rounding::Pixels);
-    if (count > 0 && !sphericalSamples.empty()) {
+    if (count > 0) {
         if (width == 0 || height == 0)
             throw std::invalid_argument("the image has no pixels; expected at least 1");
         RequireLookUpTables(*this);

@@ -44,12 +44,13 @@ void RequireFinite(std::initializer_list<double> values)
 }
 
 /// Replaces the points.
-/// @throws std::invalid_argument where an argument or an offset's place is not finite,
-/// std::bad_alloc
+/// @throws std::invalid_argument where there are points and an argument or an offset's place is not
+/// finite, std::bad_alloc
 void PlacePoints(const std::vector<GaussOffset> &offsets, const std::vector<SphericalSample> &cover,
                  double latitude, double longitude, double stdDev, PlacedPoints &points)
 {
-    RequireFinite({latitude, longitude, stdDev});
+    if (!offsets.empty() || !cover.empty())
+        RequireFinite({latitude, longitude, stdDev});
     points.theta.resize(offsets.size() + cover.size());
     points.onSphere.resize(points.theta.size());
     std::size_t next = 0;
@@ -129,8 +130,9 @@ void SHBuilder::GeneratePDFSamples(std::int32_t seed, std::int32_t sqrtNumSample
 /// coefficients the set has already are the start of the sums.
 /// @param latitude polar angle of the mean in radians, @param longitude its azimuth
 /// @param stdDev how far the offsets reach, in radians; their densities do not depend on it
-/// @throws std::invalid_argument where an argument or a point's place is not finite, NotReady
-/// without tables where there are samples, std::bad_alloc. The set is unchanged then.
+/// @throws std::invalid_argument where there are samples and an argument or a point's place is not
+/// finite, NotReady without tables where there are samples, std::bad_alloc. The set is unchanged
+/// then.
 SphericalHarmonic &SHBuilder::CreateImportanceSampledGaussSH(SphericalHarmonic &sh, double latitude,
                                                              double longitude, double stdDev)
 {

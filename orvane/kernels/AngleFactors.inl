@@ -35,9 +35,23 @@ inline VecD FoldAngles(VecD angle)
     return angle < 0.0 ? turn - rest : rest;
 }
 
+/// As WrapAngle, whose steps from 2^32 on are explained where it stands.
 inline double FoldLargeAngle(double angle)
 {
-    const double remainder = __builtin_fmod(__builtin_fabs(angle), fullTurn);
+    double magnitude = __builtin_fabs(angle);
+    while (magnitude >= 0x1p32) {
+        double next = magnitude - fullTurn;
+        if (next == magnitude)
+            break;
+        const double after = next - fullTurn;
+        const int exponent = __builtin_ilogb(magnitude);
+        if (__builtin_ilogb(after) == exponent) {
+            const double lowest = __builtin_ldexp(1.0, exponent);
+            next = lowest + __builtin_fmod(next - lowest, next - after);
+        }
+        magnitude = next;
+    }
+    const double remainder = __builtin_fmod(magnitude, fullTurn);
     const double rest = remainder == 0.0 ? fullTurn : remainder;
     return angle < 0.0 ? fullTurn - rest : rest;
 }

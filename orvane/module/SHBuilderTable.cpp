@@ -565,7 +565,8 @@ constexpr MethodRow methods[] = {
                      {"buffer", "width * height bytes, row by row"}}},
       .result = "a new set whose values are pixels, 0 to 255",
       .errors = "TypeError where there is no read buffer or its length does not fit; ValueError "
-                "for a negative size, an image without pixels or more than 900 coefficients; "
+                "for a negative size, an image without pixels or, with points, more than "
+                "900 coefficients; "
                 "RuntimeError where there are points but no tables; MemoryError.",
       .remarks =
           "Row 0 is the pole (theta 0), column 0 is phi 0. Projects the pixels over the points of "

@@ -631,7 +631,7 @@ class SHBuilder(object):
         Returns a new set whose values are pixels, 0 to 255
 
         Errors: TypeError where there is no read buffer or its length does not fit; ValueError for a
-        negative size, an image without pixels or more than 900 coefficients; RuntimeError where
-        there are points but no tables; MemoryError.
+        negative size, an image without pixels or, with points, more than 900 coefficients;
+        RuntimeError where there are points but no tables; MemoryError.
         """
         ...

@@ -73,14 +73,41 @@ double LegendreP(int l, int m, double x)
     return pll;
 }
 
+namespace {
+
+// Where a loop that takes TWO_PI_F off a magnitude again and again comes below 2^32, to the bit.
+// From 2^32 on each step rounds to the unit of its binade [2^e, 2^(e+1)). All steps within one
+// binade but the first take off the same multiple of that unit: TWO_PI_F is an odd multiple of
+// 2^-21, so that for e = 32 the exact difference lies half-way, and goes to the even one from the
+// second step on; for larger e nothing lies half-way. A binade is then one remainder by what a step
+// takes off. From 2^56 on a step changes nothing and the loop never ends; the angle stays.
+double BelowRounding(double magnitude)
+{
+    while (magnitude >= 0x1p32) {
+        double next = magnitude - TWO_PI_F;
+        if (next == magnitude)
+            return magnitude;
+        const double after = next - TWO_PI_F;
+        const int exponent = std::ilogb(magnitude);
+        if (std::ilogb(after) == exponent) {
+            const double lowest = std::ldexp(1.0, exponent);
+            next = lowest + std::fmod(next - lowest, next - after);
+        }
+        magnitude = next;
+    }
+    return magnitude;
+}
+
+} // namespace
+
 // The same bits as subtracting or adding TWO_PI_F until the angle is in range: TWO_PI_F is a
 // multiple of 2^-21, so below 2^32 each step of such a loop is exact except the last addition to a
-// negative angle, and the loop ends at the exact remainder. From 2^32 on, where the loop would
-// round or never end, the exact remainder is the fold.
+// negative angle, and the loop ends at the exact remainder.
 double WrapAngle(double angle)
 {
     if (angle >= 0.0 && angle <= TWO_PI_F)
         return angle;
+    angle = std::copysign(BelowRounding(std::fabs(angle)), angle);
     const double remainder = std::fmod(angle, TWO_PI_F);
     if (angle > 0.0)
         return remainder == 0.0 ? TWO_PI_F : remainder;

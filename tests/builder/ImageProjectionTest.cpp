@@ -66,6 +66,13 @@ TEST(ImageProjection, RefusesImagesAndBandsAndLeavesTheSetAlone)
     // Where samples and coefficients do not meet, an image without pixels will do.
     create(model, 0, 5, 2);
     EXPECT_TRUE(std::isnan(model.set.coefficients[3]));
+    // Nor do the tables bound the bands then.
+    create(model, 1, 1, 31);
+    EXPECT_EQ(model.set.numBands, 31);
+    EXPECT_TRUE(SameBits(model.set.coefficients, std::vector<float>(961, std::nanf(""))));
+    create(model, 1, 1, -31);
+    EXPECT_EQ(model.set.numBands, -31);
+    EXPECT_THROW(create(model, 1, 1, 46341), std::invalid_argument);
     model.builder.GenerateSphericalSamples(1, 2);
     withoutTables.builder.GenerateSphericalSamples(1, 1);
     create(withoutTables, 5, 0, 0);
