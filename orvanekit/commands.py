@@ -30,9 +30,15 @@ def _each(function, *sets):
 
 
 def _load(path):
-    """A set, and what it was made of where its file says so."""
-    sh, notes = kit.load_with_notes(path)
-    return sh, notes.get("source")
+    """A set and its notes."""
+    if _ending(path) in _PICTURES:
+        raise ValueError("%s: a picture; make a set of it first, by project"
+                         % path)
+    return kit.load_with_notes(path)
+
+
+def _ending(path):
+    return os.path.splitext(path)[1].lower()
 
 
 def _save(path, sh, source=None):
@@ -65,7 +71,7 @@ def _info_arguments(parser):
 
 
 def _info(options):
-    sh, notes = kit.load_with_notes(options.given)
+    sh, notes = _load(options.given)
     lines = ["%s: %s" % (name, value if isinstance(value, basestring)
                          else json.dumps(value)) for name, value
              in sorted(notes.items())]
@@ -144,7 +150,7 @@ def _render_arguments(parser):
 
 
 def _render(options):
-    sh = kit.load(options.given)
+    sh, _ = _load(options.given)
     look = {"colours": "grey" if options.grey else "diverging",
             "least": options.least, "greatest": options.greatest,
             "gamma": options.gamma}
@@ -179,7 +185,7 @@ def _filter_arguments(parser):
 
 
 def _filter(options):
-    sh, source = _load(options.given)
+    sh, notes = _load(options.given)
     with about(options.given), Progress("filtering " + options.given):
         if options.dering:
             made, width = kit.dering(sh, options.floor)
@@ -197,7 +203,7 @@ def _filter(options):
             else:
                 window = kit.clamped_cosine(bands)
             made = kit.filtered(sh, window)
-    _save(options.made, made, source)
+    _save(options.made, made, notes.get("source"))
 
 
 def _rotate_arguments(parser):
@@ -211,11 +217,11 @@ def _rotate_arguments(parser):
 
 
 def _rotate(options):
-    sh, source = _load(options.given)
+    sh, notes = _load(options.given)
     with about(options.given):
         matrix = kit.rotation(options.axis, math.radians(options.angle))
         made = _each(lambda channel: _rotated(channel, matrix), sh)
-    _save(options.made, made, source)
+    _save(options.made, made, notes.get("source"))
 
 
 def _rotated(sh, matrix):
@@ -240,8 +246,7 @@ def _convert_arguments(parser):
 
 
 def _convert(options):
-    endings = [os.path.splitext(path)[1].lower()
-               for path in (options.given, options.made)]
+    endings = map(_ending, (options.given, options.made))
     if [ending in _PICTURES for ending in endings] == [True, True]:
         width, height, values = kit.read_image(options.given, True)
         if values[0] == values[1] == values[2]:
@@ -307,7 +312,7 @@ def _combine_arguments(parser):
 
 
 def _combine(options):
-    sets = map(kit.load, options.given)
+    sets = [_load(path)[0] for path in options.given]
     wanted = {"blend": 2, "threshold": 1}
     for name, number in wanted.items():
         if getattr(options, name) is not None and len(sets) != number:

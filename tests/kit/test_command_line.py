@@ -177,7 +177,9 @@ class RefusalTest(Folder):
         before = sorted(os.listdir("."))
         for line, words in (
                 ("info none.json", "none.json: No such file or directory"),
-                ("info bad.json", "bad.json: "), ("project bad.png o.json", "bad.png: no picture"),
+                ("info bad.json", "bad.json: "),
+                ("project bad.png o.json", "bad.png: no picture"),
+                ("filter bad.png o.json --hann", "bad.png: a picture; make a set of it first"),
                 ("project small.pgm o.json --bands 9", "small.pgm: "),
                 ("render a.json o.png", "a.json: "),
                 ("render c.json o.png --width 0", "c.json: a picture of 0 x 1 pixels"),
