@@ -1,6 +1,6 @@
 """PNG pictures: grey, colour and palette, not interlaced.
 
-Portable Network Graphics (PNG) Specification, second edition, W3C 2003.
+The format: Portable Network Graphics, second edition, W3C 2003.
 Transparency is ignored, and so are colour profiles.
 """
 
