@@ -149,7 +149,11 @@ class Folder(unittest.TestCase):
     def read(self, contents, colour=False):
         with open(self.path, "wb") as opened:
             opened.write(contents)
-        return read_image(self.path, colour)
+        try:
+            return read_image(self.path, colour)
+        finally:
+            # Some file systems wait for the disk where a file is written over.
+            os.remove(self.path)
 
     def refusal(self, function, *arguments):
         """The message of the ValueError, or None where there is none."""
