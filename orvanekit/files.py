@@ -87,7 +87,10 @@ def parsed(text):
 
     Raises ValueError, with the place, and RuntimeError
     """
-    contents = json.loads(text.decode("utf-8"))
+    try:
+        contents = json.loads(text.decode("utf-8"))
+    except UnicodeDecodeError as error:
+        raise ValueError("no text: byte %d is not UTF-8" % error.start)
     if not isinstance(contents, dict) or contents.get("format") != _FORMAT:
         raise ValueError('no set; expected {"format": "%s", ...}' % _FORMAT)
     if contents.get("version") != _VERSION:

@@ -32,9 +32,3 @@ echo "- sanitizers and fuzzers: MinGW has none"
 echo
 echo "Golden vectors under Wine:"
 wine build/windows/bin/golden_check.exe tests/golden/vectors.txt
-
-# What people download, where there is a Python to try it in.
-if [[ -e ${PYTHON27_WIN:-}/python.exe ]]; then
-    cmake -DBUILD_DIR="$PWD/build/windows" -DSOURCE_DIR="$PWD" -DCPACK=cpack \
-        "-DPYTHON=wine;$PYTHON27_WIN/python.exe" -P tests/kit/PackageTest.cmake
-fi
