@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Measures every job against the literal model, the binding against minimal C functions and the
-# functions of orvanekit, and prints the tables as Markdown. Arguments go to the benchmark program: --benchmark_filter=REGEX
-# chooses jobs, --runs=N how often each is measured anew (5 where nothing is said).
+# functions of orvanekit, and prints the tables as Markdown. Arguments go to the benchmark program:
+# --benchmark_filter=REGEX chooses jobs, --runs=N how often each is measured anew (5 where nothing is
+# said).
 
 source "$(dirname "$0")/setup.sh"
 

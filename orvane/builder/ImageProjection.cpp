@@ -44,7 +44,8 @@ SphericalHarmonic &SHBuilder::CreateSHFromImageBuffer(SphericalHarmonic &sh, std
         sphericalSamples.empty() ? std::numeric_limits<std::int32_t>::max() : tableCoefficients;
     if (count < 0 || count > mostCoefficients)
         throw std::invalid_argument(
-            IllegalValue("band", band, "a square of 0 to " + std::to_string(mostCoefficients)));
+            IllegalValue("band", band,
+                         "bands of at most " + std::to_string(mostCoefficients) + " coefficients"));
     if (sphericalSamples.empty()) {
         // No sum has been added to, and the weight of no samples is infinite.
         sh.coefficients.assign_zeros(static_cast<std::size_t>(count));

@@ -83,8 +83,8 @@ void RequireTerms(const SphericalHarmonic &sh, const char *name, std::int32_t ba
 {
     const std::int32_t most = std::min<std::int32_t>(sh.GetNumCoefficients(), tableCoefficients);
     if (CoefficientCount(bands) > most)
-        throw std::invalid_argument(
-            IllegalValue(name, bands, "a square of at most " + std::to_string(most)));
+        throw std::invalid_argument(IllegalValue(
+            name, bands, "bands of at most " + std::to_string(most) + " coefficients"));
 }
 
 std::size_t PolarStep(const SHBuilder &builder, double theta)

@@ -29,15 +29,15 @@ namespace {
 
 extern const Kernels ORVANE_KERNEL_TABLE;
 const Kernels ORVANE_KERNEL_TABLE = {
-    InstructionSet::ORVANE_INSTRUCTION_SET,
-    FillAngleFactors,
-    FillLegendreTables,
-    EvaluatePoint,
-    EstimateCosines,
-    AddPoints<WeightedRounding>,
-    AddPoints<PixelRounding>,
-    Render,
-    RotateBands,
+    .instructionSet = InstructionSet::ORVANE_INSTRUCTION_SET,
+    .angleFactors = FillAngleFactors,
+    .legendre = FillLegendreTables,
+    .evaluation = EvaluatePoint,
+    .cosineEstimate = EstimateCosines,
+    .addWeighted = AddPoints<WeightedRounding>,
+    .addPixels = AddPoints<PixelRounding>,
+    .render = Render,
+    .rotation = RotateBands,
 };
 
 } // namespace orvane

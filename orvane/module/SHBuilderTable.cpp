@@ -18,10 +18,10 @@ void CopyInto(SHBuilder &, SphericalHarmonic &copy, const SphericalHarmonic &sh)
     CopySH(sh, copy);
 }
 
-void RotateInto(SHBuilder &, SphericalHarmonic &rotated, const SphericalHarmonic &sh,
+void RotateInto(SHBuilder &builder, SphericalHarmonic &rotated, const SphericalHarmonic &sh,
                 const RotationMatrix &matrix)
 {
-    RotateSH(sh, matrix.rows, rotated);
+    RotateSH(sh, matrix.rows, rotated, *builder.kernels);
 }
 
 void RotateZInto(SHBuilder &, SphericalHarmonic &rotated, const SphericalHarmonic &sh, float angle)
