@@ -1,30 +1,22 @@
 #include "orvane/builder/ImageSize.h"
 #include "orvane/builder/LookUpTables.h"
+#include "orvane/builder/PictureTables.h"
 #include "orvane/builder/SHBuilder.h"
-#include "orvane/kernels/Kernels.h"
 #include "orvane/sh/Basis.h"
-#include "orvane/sh/Constants.h"
 #include "orvane/sh/Errors.h"
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
 #include <string>
 
 using namespace orvane;
 
 namespace {
 
-/// A rectangle of pixels.
-struct Tile {
-    std::int32_t firstColumn, columns;
-    std::int32_t firstRow, rows;
-};
-
 /// Slice `index` of an image cut into `n` by `n` equal tiles, numbered row by row. What n does not
 /// divide is left over on the right and below.
 /// @throws std::invalid_argument unless n is at least 1 and index is in 0..n * n - 1
-Tile Slice(std::int32_t width, std::int32_t height, std::int32_t n, std::int32_t index)
+ImageTile Slice(std::int32_t width, std::int32_t height, std::int32_t n, std::int32_t index)
 {
     if (n < 1)
         throw std::invalid_argument(IllegalValue("sqrtNumSlices", n, "1 or more"));
@@ -34,16 +26,17 @@ Tile Slice(std::int32_t width, std::int32_t height, std::int32_t n, std::int32_t
             IllegalValue("sliceIndex", index, "0 to " + std::to_string(slices - 1)));
     const std::int32_t columns = width / n;
     const std::int32_t rows = height / n;
-    return {index % n * columns, columns, index / n * rows, rows};
+    return {width, height, index % n * columns, columns, index / n * rows, rows};
 }
 
-/// Every value of a set without terms is 0, and so is its product with scale, whatever that is.
-void FillWithOffset(std::uint8_t *image, std::ptrdiff_t width, const Tile &tile,
-                    std::int32_t offset)
+/// Fills the tile with the byte of a set without terms: its values are 0, and so are their products
+/// with scale, whatever that is.
+void FillWithOffset(std::uint8_t *image, const ImageTile &tile, std::int32_t offset)
 {
     const int byte = std::clamp(offset, 0, 255);
     for (std::int32_t row = 0; row < tile.rows; ++row)
-        std::memset(image + (tile.firstRow + row) * width + tile.firstColumn, byte, tile.columns);
+        std::memset(image + std::ptrdiff_t{tile.firstRow + row} * tile.width + tile.firstColumn,
+                    byte, tile.columns);
 }
 
 } // namespace
@@ -80,31 +73,23 @@ void SHBuilder::RenderSHToImageBuffer(const SphericalHarmonic &sh, float scale, 
 {
     if (!imageBuffer)
         throw NotReady("there is no image; call SetImageBuffer first");
-    const Tile tile = Slice(imageWidth, imageHeight, sqrtNumSlices, sliceIndex);
+    const ImageTile tile = Slice(imageWidth, imageHeight, sqrtNumSlices, sliceIndex);
     RequireTerms(sh, "numBands", sh.numBands);
     if (tile.columns == 0 || tile.rows == 0)
         return;
     const std::int32_t count = CoefficientCount(sh.numBands);
     if (count < 1)
-        return FillWithOffset(imageBuffer.get(), imageWidth, tile, offset);
+        return FillWithOffset(imageBuffer.get(), tile, offset);
     RequireLookUpTables(*this);
 
     // Every row has a polar row: with all roundings theta < 1.000001 pi, and angleScale * theta is
     // below numSteps * 0.500001.
-    const auto scratch = std::make_unique_for_overwrite<RenderScratch>();
-    kernels->render({.angles = AngleTablesOf(*this),
-                     .polarRows = polarTable.rows.data(),
-                     .coefficients = sh.coefficients.data(),
-                     .count = count,
-                     .scale = scale,
-                     .offset = offset,
-                     .image = imageBuffer.get(),
-                     .imageWidth = imageWidth,
-                     .firstColumn = tile.firstColumn,
-                     .columns = tile.columns,
-                     .firstRow = tile.firstRow,
-                     .rows = tile.rows,
-                     .dPhi = static_cast<float>(TWO_PI_F) / static_cast<float>(imageWidth),
-                     .dTheta = static_cast<float>(PI_F) / static_cast<float>(imageHeight),
-                     .scratch = scratch.get()});
+    pictureTables->Render(*kernels,
+                          {.angles = AngleTablesOf(*this),
+                           .polarRows = polarTable.rows.data(),
+                           .coefficients = sh.coefficients.data(),
+                           .count = count,
+                           .scale = scale,
+                           .offset = offset},
+                          tile, imageBuffer.get());
 }

@@ -1,8 +1,11 @@
 #include "orvane/builder/SHBuilder.h"
 
-#include "orvane/kernels/Kernels.h"
+#include "orvane/builder/PictureTables.h"
 
-SHBuilder::SHBuilder() : kernels(&orvane::BestKernels()) {}
+SHBuilder::SHBuilder()
+    : kernels(&orvane::BestKernels()), pictureTables(std::make_unique<orvane::PictureTables>())
+{
+}
 
 SHBuilder::~SHBuilder()
 {

@@ -13,6 +13,7 @@
 #include <vector>
 
 namespace orvane {
+class PictureTables;
 struct Kernels;
 enum class InstructionSet;
 } // namespace orvane
@@ -142,6 +143,9 @@ public:
     /// (RequirePolarRow).
     mutable orvane::PolarTable polarTable;
     const orvane::Kernels *kernels; ///< for the processor at hand
+
+    /// What renders of one size share; never null.
+    std::unique_ptr<orvane::PictureTables> pictureTables;
 
     orvane::PlacedPoints placedPoints; ///< of the last importance-sampled Gaussian
 };

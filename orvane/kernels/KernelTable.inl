@@ -10,9 +10,7 @@
 
 #include <utility>
 
-#if ORVANE_VECTOR_BYTES > 16
 #include <immintrin.h>
-#endif
 
 namespace orvane {
 namespace {
@@ -23,8 +21,13 @@ namespace {
 #include "orvane/kernels/Evaluation.inl"
 #include "orvane/kernels/Legendre.inl"
 #include "orvane/kernels/Projection.inl"
-#include "orvane/kernels/Render.inl"
 #include "orvane/kernels/Rotation.inl"
+
+#include "orvane/kernels/Fused.inl"
+#include "orvane/kernels/RowSums.inl"
+#include "orvane/kernels/Segments.inl"
+
+#include "orvane/kernels/Render.inl"
 } // namespace
 
 extern const Kernels ORVANE_KERNEL_TABLE;
@@ -36,6 +39,8 @@ const Kernels ORVANE_KERNEL_TABLE = {
     .cosineEstimate = EstimateCosines,
     .addWeighted = AddPoints<WeightedRounding>,
     .addPixels = AddPoints<PixelRounding>,
+    .layRows = LayRows,
+    .layColumns = LayColumns,
     .render = Render,
     .rotation = RotateBands,
 };

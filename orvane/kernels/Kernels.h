@@ -22,6 +22,8 @@ struct Kernels {
     CosineEstimateKernel cosineEstimate;
     ProjectionKernel addWeighted;
     ProjectionKernel addPixels;
+    RowLayoutKernel layRows;
+    ColumnLayoutKernel layColumns;
     RenderKernel render;
     RotationKernel rotation;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-// Job: renders a coefficient set into one tile of an 8-bit image.
+// Job: renders a coefficient set into rows of an 8-bit image.
 //
 // The pixel of column x, row y stands for the point phi = x * dPhi, theta = y * dTheta. With v the
 // set's value there, summed in double in index order over the lookup tables, its byte is
@@ -8,6 +8,9 @@
 //   clamp(trunc(v * scale) + offset, 0, 255)
 //
 // where trunc saturates to 32 bits and gives 0 for NaN.
+//
+// What depends on the size of the picture and on the tables, but not on the set, is laid out first
+// (LayRows, LayColumns) and serves any number of renders.
 
 #include "orvane/kernels/AngleFactors.h"
 #include "orvane/kernels/PolarTable.h"
@@ -17,53 +20,125 @@
 
 namespace orvane {
 
-/// Working memory of one render: fixed in size, about 0.5 MB; its contents mean nothing before or
-/// after. Values per order have the layout of AngleFactors.
-struct RenderScratch {
-    static constexpr int maxRows = 512;
-    static constexpr int maxColumns = 64;
-    static constexpr int ordersLength = sizeof(AngleFactors) / sizeof(double);
+/// Rows of a picture are taken in groups of so many, side by side.
+inline constexpr int rowGroup = 8;
+/// Rows of a group whose pixels are computed at a time.
+inline constexpr int rowStrip = 4;
+/// Segments that a row is cut into at the most.
+inline constexpr int maxSegments = 16;
+/// Table indices kept of a column: of the orders 0..29, and two that nobody reads.
+inline constexpr int columnOrders = 32;
 
-    /// One summand of a value: coefficient * (polar row entry * angle factor).
-    struct Term {
-        double coefficient;
-        std::int32_t polarIndex;
-        std::int32_t factorIndex;
-    };
-
-    // Per call: the set.
-    alignas(64) double cosineCoefficients[polarRowLength]; ///< scaled, m >= 0, as a polar row
-    alignas(64) double sineCoefficients[polarRowLength];   ///< scaled, m < 0, as a polar row
-    Term terms[tableCoefficients];                         ///< in index order
-
-    // Per block of rows.
-    const double *polarRows[maxRows];
-    std::int32_t firstRows[maxRows + 1]; ///< first image row; the next entry's is one past the last
-    alignas(64) AngleFactors rowSums[maxRows];
-    alignas(64) float narrowRowSums[maxRows][ordersLength];
-    float rowBounds[maxRows];
-
-    // Per tile of columns.
-    AngleFactors columnFactors[maxColumns];
-    alignas(64) float narrowColumnFactors[ordersLength][maxColumns];
+/// The entries (l, m) of a group's polar rows, in the order of the summation: m = 0 with l = 0 to
+/// bands - 1, then m = 1 with l = 1 to bands - 1 and so on. One value for each row.
+struct alignas(64) GroupEntry {
+    double row[rowGroup];
 };
+
+/// How many entries a group has.
+constexpr int GroupEntries(int bands)
+{
+    return bands * (bands + 1) / 2;
+}
+/// Entries that LayRows may write behind the last group.
+inline constexpr int spareEntries = 8;
+
+/// The different polar rows that rows of a picture have, laid side by side.
+struct PictureRows {
+    std::int32_t count;             ///< different polar rows
+    const std::int32_t *steps;      ///< their table steps
+    const std::int32_t *firstRows;  ///< first image row of each; entry `count` is one past the last
+    const GroupEntry *groupEntries; ///< group after group; the last one is filled up
+};
+
+struct RowLayoutJob {
+    const double *polarRows; ///< rows of polarRowLength values, by table step
+    std::int32_t bands;      ///< 1 to 30
+    std::int32_t count;      ///< of steps
+    const std::int32_t *steps;
+    GroupEntry *groupEntries; ///< room for all groups and spareEntries
+};
+using RowLayoutKernel = void (*)(const RowLayoutJob &job);
+
+/// An order's place among the factors: orders of one class are neighbours (Segments.inl).
+struct OrderSlot {
+    std::int32_t order;
+    float sign; ///< of its sine: -1 where the order is folded into its class
+};
+
+/// The angle factors of columns of a picture. A row of pixels is `segments` equal segments; the
+/// factors are those of the first one.
+struct PictureColumns {
+    std::int32_t columns;
+    std::int32_t segments;       ///< 1, 2, 4, 8 or 16
+    std::int32_t segmentColumns; ///< columns / segments
+    OrderSlot slots[tableBands]; ///< of the orders 1..bands - 1
+    /// One past the last slot of class 0, 1, .. segments / 2.
+    std::int32_t classEnds[maxSegments / 2 + 1];
+    double turnError; ///< on a factor of another segment, from turning by exact parts of a turn
+    std::int32_t loneColumns; ///< columns that do not fit the first segment
+};
+
+/// Lone columns are few, or the row is cut into fewer segments.
+constexpr std::int32_t MostLoneColumns(std::int32_t columns)
+{
+    return columns / 32 + 1;
+}
+/// Floats of the factors of so many columns: vectors of at most 16, each with two for each order.
+constexpr std::size_t FactorFloats(std::int32_t columns, int bands)
+{
+    return static_cast<std::size_t>((columns + 15) / 16) * 16 * 2 * (bands - 1);
+}
+
+/// The arrays that belong to PictureColumns.
+struct ColumnArrays {
+    std::int32_t *indices; ///< of the angle tables: columnOrders for each column
+    float *factors;        ///< FactorFloats of all columns, on a 64-byte boundary
+    std::int32_t *lone;    ///< MostLoneColumns
+};
+
+struct ColumnLayoutJob {
+    AngleTables angles;
+    double tableStep;   ///< radians between table entries
+    double dPhi;        ///< radians per column
+    std::int32_t bands; ///< 1 to 30
+    std::int32_t firstColumn, columns;
+    bool wholeTurn; ///< whether the columns make a full circle, as only they can be cut
+    ColumnArrays arrays;
+};
+using ColumnLayoutKernel = void (*)(const ColumnLayoutJob &job, PictureColumns &columns);
+
+/// Working memory of one render; its contents mean nothing before or after.
+struct RenderScratch {
+    /// Values of one strip of rows, `valueStride` apart.
+    float *values;
+    std::ptrdiff_t valueStride; ///< RowLength of the columns
+    std::uint8_t *bytes;        ///< one row and the same again, of valueStride each
+};
+
+/// Columns and room behind them: what the last vector of the last segment writes too much.
+constexpr std::ptrdiff_t RowLength(std::int32_t columns)
+{
+    return (static_cast<std::ptrdiff_t>(columns) + 16 + 63) / 64 * 64;
+}
 
 struct RenderJob {
     AngleTables angles;
-    const double *polarRows; ///< numSteps rows of polarRowLength values
+    const double *polarRows; ///< rows of polarRowLength values, by table step
 
     const float *coefficients; ///< in index order
     std::int32_t count;        ///< of coefficients that make the value, 1 to 900
+    std::int32_t bands;        ///< that they reach into, as laid out
     float scale;
     std::int32_t offset;
 
-    std::uint8_t *image; ///< rows of `imageWidth` bytes, the whole image
-    std::ptrdiff_t imageWidth;
-    std::int32_t firstColumn, columns; ///< columns >= 0
-    std::int32_t firstRow, rows;       ///< rows >= 0
-    double dPhi, dTheta;               ///< radians per column and row; every theta has a polar row
+    PictureRows rows;
+    const PictureColumns *columns;
+    ColumnArrays columnArrays;
+    RenderScratch scratch;
 
-    RenderScratch *scratch;
+    std::uint8_t *image; ///< row 0, at the first of the columns
+    std::ptrdiff_t imageWidth;
 };
 
 /// How many pixels the first, single-precision bound could not decide. Rows that share their polar

@@ -1,17 +1,19 @@
-// Rendering: the bytes of the literal sum of up to 900 terms per pixel, out of 58 single-precision
-// multiply-adds per pixel.
+// Rendering: the bytes of the literal sum of up to 900 terms per pixel, out of about 11
+// single-precision operations per pixel.
 //
 // A byte needs only the truncated value, so most pixels are decided by an approximation whose error
-// is bounded. All pixels of a row share theta, and with it the polar factors q(l, |m|) = K P of all
-// terms, so the value separates:
+// is bounded. With the row sums A and B (RowSums.inl) of cosine and sine the value separates:
 //
-//   value * scale = A(0) + sum over m = 1..29 of  A(m) cos(m phi) + A(-m) sin(m phi),
-//   A(m) = sum over l of  scale c(l, m) q(l, |m|)                        59 row sums, in double
+//   value * scale = A(0) + sum over m = 1..29 of  A(m) cos(m phi) + B(m) sin(m phi)
 //
-//           64 columns: cos(m phi), sin(m phi) in single precision, 16 KB that stay in the cache
-//          +-----------------------------------
-//    rows  |  4 rows x 2 or 4 vectors of pixels at a time: a small matrix product that walks the
-//    A(m)  |  orders from 29 down to 0, its sums in registers
+// A group of rows at a time:
+//
+//    coefficients, polar entries --> row sums (double) --> row sums (single)
+//                                        |                    |   factors of the first segment
+//                                        |                    v
+//                                        |     sums of the classes --transform--> 4 rows of values
+//                                        v                                             |
+//                 literal sum <--- double value <------ open pixels <------ bytes of both ends
 //
 // Three tiers decide a pixel: the single-precision value and its bound all but a few in a thousand;
 // the double-precision value of the same form and its much smaller bound most of the rest; the
@@ -22,22 +24,37 @@
 // The bounds. Let f be the scaled value as the literal order of roundings gives it and s its exact
 // counterpart over the doubles of the tables; u = 2^-53, w = 2^-24, the largest relative errors of
 // a rounding. A sum of products in which no term passes through more than n roundings is off by at
-// most n u / (1 - n u) times the sum of the magnitudes [1]. That sum is at most S = sum |scale c
-// q|, table entries of sine and cosine being at most 1 in magnitude. The squares of the basis
-// functions of one band add up to (2l + 1) / 4 pi everywhere [2], so |q| < 2.17 for l <= 29; with 4
-// for it, S <= 4 sum |scale c|.
+// most n u / (1 - n u) times the sum of the magnitudes [1].
 //
-//   f       q factor, * c, at most 900 additions, * scale: 903 roundings,         |f - s| <= 904 u
-//   S double  scale c is exact (24 + 24 bits); at most 31 roundings within a row sum, whatever its
-//           order, and 65 in the product of row sums and factors: off by 97 u S; taking an end of
-//           the interval rounds by u S. In all less than 1024 u S <= 2^-41 sum |scale c|, which is
-//           `doubleBound`.
-//   single  row sum and factor are rounded to single precision: 2. From order m on, cosine before
-//           sine, one product (where not fused) and 2 m + 1 additions: 2 m + 2. Taking an end of
-//           the interval: 1. So the value is off from the exact product of the double row sums,
-//           which is within the above of f, by at most (2 m + 5) w |A(m)| (1 + 2^-16), summed over
-//           all m. The code takes (2 m + 6) w |A(m)|, the rest being ample for the roundings of the
-//           bound itself, and twice `doubleBound`.
+// Double precision. That sum is at most M = sum |scale c q|, table entries of sine and cosine being
+// at most 1 in magnitude. The squares of the basis functions of one band add up to (2l + 1) / 4 pi
+// everywhere [2], so |q| < 2.17 for l <= 29; with 4 for it, M <= 4 sum |scale c|.
+//
+//   literal     q times factor, times c, at most 900 additions, times scale: 903 roundings, so that
+//               |f - s| <= 904 u M.
+//
+//   separated   scale c is exact (24 + 24 bits); at most 32 roundings within a row sum, whatever
+//               its order, and 65 in the sum of row sums times factors: off by 98 u M. Taking an
+//               end of the interval rounds by u M.
+//
+// Together less than 1024 u M <= 2^-41 sum |scale c|: `doubleBound`.
+//
+// Single precision. A term passes, where rows are cut into S segments,
+//
+//                                                          S =  16    8    4    2    1
+//   the narrowing of row sum and factor                          2    2    2    2    2
+//   a product, where not fused                                   1    1    1    1    1
+//   the additions of the longest class: two for each of its      8   16   30   30   58
+//       orders (4, 8, 15, 15, 29), or one where Q is not needed
+//   the transform: additions, a narrowed constant, a product     6    5    2    1    0
+//   taking an end of the interval                                1    1    1    1    1
+//                                                     n =       18   26   37   36   62
+//
+// roundings. The term of A(m) reaches a pixel as cos(m phi) cos(b) A(m) - sin(m phi) sin(b) A(m),
+// b the turn of the segment, and magnitudes of these add up to |A(m)| at most; the same holds for
+// B(m). So the value is off from the exact product of the double row sums by at most
+// (n w (1 + 2^-16) + turnError) R, R the sum of all |A(m)| and |B(m)|. The code takes n + 1 for n,
+// which is ample for the roundings of the bound itself, and twice `doubleBound`.
 //
 // Operations that underflow are off by 2^-126 at most, even where the processor flushes to zero:
 // 2^-100 in `doubleBound` covers them all. If a bound is not finite (an infinite or NaN coefficient
@@ -50,114 +67,75 @@
 //   [1] N. J. Higham, "Accuracy and Stability of Numerical Algorithms", 2nd ed., chapter 3.
 //   [2] The addition theorem, NIST Digital Library of Mathematical Functions, 14.30.9.
 
-constexpr int wideLanes = ORVANE_VECTOR_BYTES / 4; ///< floats in a vector
+constexpr int SegmentRoundings(int segments)
+{
+    return segments == 16 ? 18 : segments == 8 ? 26 : segments == 4 ? 37 : segments == 2 ? 36 : 62;
+}
 
-typedef float VecW __attribute__((vector_size(ORVANE_VECTOR_BYTES)));
 typedef int VecWI __attribute__((vector_size(ORVANE_VECTOR_BYTES)));
-typedef unsigned char VecWBytes __attribute__((vector_size(wideLanes), aligned(1), may_alias));
+typedef unsigned char VecBytes __attribute__((vector_size(ORVANE_VECTOR_BYTES)));
+typedef unsigned char VecBytesUnaligned
+    __attribute__((vector_size(ORVANE_VECTOR_BYTES), aligned(1), may_alias));
 
-constexpr int ordersLength = RenderScratch::ordersLength;
-constexpr int sineStart = ordersLength / 2;
-constexpr int tileColumns = RenderScratch::maxColumns;
-constexpr int stripRows = 4;
-constexpr int stripVectors = ORVANE_VECTOR_BYTES == 64 ? 4 : 2; // fills the registers
-static_assert(RenderScratch::maxRows % stripRows == 0);
-static_assert(tileColumns % (stripVectors * wideLanes) == 0);
+/// One summand of a value: coefficient * (polar row entry * angle factor).
+struct RenderTerm {
+    double coefficient;
+    std::int32_t polarIndex;
+    std::int32_t order; ///< signed: cosine for 0 and above
+};
 
-// Only the bounded tiers may fuse: no stored bit depends on theirs.
-inline VecD MultiplyAdd(VecD a, VecD b, VecD sum)
-{
-#if ORVANE_VECTOR_BYTES == 64
-    return _mm512_fmadd_pd(a, b, sum);
-#elif ORVANE_VECTOR_BYTES == 32
-    return _mm256_fmadd_pd(a, b, sum);
-#else
-    return sum + a * b;
-#endif
-}
-inline VecW MultiplyAdd(VecW a, VecW b, VecW sum)
-{
-#if ORVANE_VECTOR_BYTES == 64
-    return _mm512_fmadd_ps(a, b, sum);
-#elif ORVANE_VECTOR_BYTES == 32
-    return _mm256_fmadd_ps(a, b, sum);
-#else
-    return sum + a * b;
-#endif
-}
-
-inline VecW Broadcast(float value)
-{
-    return value - VecW{};
-}
-inline VecW LoadWide(const float *from)
-{
-    return *reinterpret_cast<const VecW *>(from);
-}
-inline void StoreWide(float *to, VecW value)
-{
-    *reinterpret_cast<VecW *>(to) = value;
-}
-
-inline VecD Magnitude(VecD value)
-{
-    return value < 0.0 ? -value : value;
-}
-
-/// Lane i of the result is the sum of the lanes of vectors[i], which are used up.
-inline VecD SumLanes(VecD *vectors)
-{
-    Transpose(vectors);
-    VecD sum = vectors[0];
-    for (int i = 1; i < lanes; ++i)
-        sum += vectors[i];
-    return sum;
-}
-
-/// What all pixels of a call share.
+/// What the pixels of a call share.
 struct RenderState {
+    explicit RenderState(const RenderJob &job) : job(job) {} // and the arrays stay as they are
+
     const RenderJob &job;
-    RenderScratch &scratch;
-    int orders = 1;           ///< of the set: 0..orders - 1
-    int terms = 0;            ///< in scratch.terms
+    alignas(64) double scaled[tableCoefficients]; ///< coefficients times scale
+    RenderTerm terms[tableCoefficients];          ///< filled by the first literal sum
+    int termCount = -1;
     double doubleBound = 0.0; ///< on the double-precision value's distance from the literal one
     bool doubleDecides = false;
     bool singleDecides = false;
+    float singleWeight = 0.0f; ///< of R in the bound of the single-precision value
+    RowSums sums;              ///< of the group at hand
+    SlotSums slotSums;
+    float bounds[rowGroup];
     RenderCounts counts{};
 };
 
 // The set
 
-/// Lists the terms, lays the scaled coefficients out like a polar row and derives the bounds.
+/// Scales the coefficients and derives the bounds.
 inline void PrepareSet(RenderState &state)
 {
     const RenderJob &job = state.job;
-    RenderScratch &scratch = state.scratch;
-    for (int i = 0; i < polarRowLength; ++i)
-        scratch.cosineCoefficients[i] = scratch.sineCoefficients[i] = 0.0;
+    const int count = job.count;
+    const double scale = job.scale;
+    VecD magnitudes[2] = {};
+    int i = 0;
+    for (int which = 0; i + lanes <= count; i += lanes, which ^= 1) {
+        const VecD scaled = Widen(Load(job.coefficients + i)) * scale;
+        Store(state.scaled + i, scaled);
+        magnitudes[which] += Magnitude(scaled);
+    }
     double magnitude = 0.0;
-    for (int l = 0, i = 0; i < job.count; ++l)
-        for (int m = -l; m <= l && i < job.count; ++m, ++i) {
-            const double coefficient = job.coefficients[i];
-            if (coefficient == 0.0)
-                continue;
-            const int order = m < 0 ? -m : m;
-            const int polarIndex = polarRunStart[order] + l - order;
-            scratch.terms[state.terms++] = {coefficient, polarIndex,
-                                            m < 0 ? sineStart + order : order};
-            const double scaled = coefficient * job.scale;
-            (m < 0 ? scratch.sineCoefficients : scratch.cosineCoefficients)[polarIndex] = scaled;
-            magnitude += __builtin_fabs(scaled);
-            state.orders = l + 1;
-        }
+    for (; i < count; ++i) {
+        state.scaled[i] = job.coefficients[i] * scale;
+        magnitude += __builtin_fabs(state.scaled[i]);
+    }
+    for (; i < job.bands * job.bands; ++i)
+        state.scaled[i] = 0.0;
+    for (int lane = 0; lane < lanes; ++lane)
+        magnitude += magnitudes[0][lane] + magnitudes[1][lane];
     state.doubleBound = 0x1p-41 * magnitude + 0x1p-100;
     state.doubleDecides = magnitude < 0x1p500;
-    // In single precision sums have to stay far from overflow and the ends of the clamp have to be
-    // exact.
-    state.singleDecides = magnitude < 0x1p90 && job.offset >= -(1 << 23) && job.offset <= 1 << 23;
+    // In single precision values have to stay within 31 bits, and saturate to 16 bits where adding
+    // the offset leaves them beyond a byte. A value is below 4 times `magnitude`.
+    state.singleDecides = magnitude < 0x1p28 && job.offset >= -32000 && job.offset <= 32000;
+    const double roundings = SegmentRoundings(job.columns->segments) + 1;
+    state.singleWeight = static_cast<float>(roundings * 0x1p-24 + job.columns->turnError);
 }
 
-// The second and third tier: one pixel
+// The second and third tier
 
 inline std::uint8_t ToByte(double scaled, std::int32_t offset)
 {
@@ -171,170 +149,213 @@ inline std::uint8_t ToByte(double scaled, std::int32_t offset)
     return static_cast<std::uint8_t>(sum < 0 ? 0 : sum > 255 ? 255 : sum);
 }
 
-/// Cosines and, from sineStart on, sines.
-inline const double *Values(const AngleFactors &factors)
+/// The double-precision values of one column in all rows of the group.
+inline void SumColumn(const RenderState &state, const std::int32_t *index,
+                      double (&values)[rowGroup])
 {
-    return reinterpret_cast<const double *>(&factors);
+    const AngleTables &angles = state.job.angles;
+    VecD cosines[groupVectors];
+    VecD sines[groupVectors] = {};
+    for (int v = 0; v < groupVectors; ++v)
+        cosines[v] = Load(state.sums.cosine[0] + v * lanes);
+    for (int m = 1; m < state.job.bands; ++m)
+        for (int v = 0; v < groupVectors; ++v) {
+            const VecD cosine = Broadcast(angles.cosLut[index[m]]);
+            const VecD sine = Broadcast(angles.sinLut[index[m]]);
+            cosines[v] = MultiplyAdd(Load(state.sums.cosine[m] + v * lanes), cosine, cosines[v]);
+            sines[v] = MultiplyAdd(Load(state.sums.sine[m] + v * lanes), sine, sines[v]);
+        }
+    for (int v = 0; v < groupVectors; ++v)
+        Store(values + v * lanes, cosines[v] + sines[v]);
 }
 
-inline std::uint8_t DecidePixel(RenderState &state, int row, int column)
+inline void ListTerms(RenderState &state)
 {
-    const RenderScratch &scratch = state.scratch;
+    const RenderJob &job = state.job;
+    state.termCount = 0;
+    for (int l = 0, i = 0; l < job.bands; ++l)
+        for (int m = -l; m <= l && i < job.count; ++m, ++i)
+            if (job.coefficients[i] != 0.0f)
+                state.terms[state.termCount++] = {job.coefficients[i],
+                                                  PolarIndex(l, m < 0 ? -m : m), m};
+}
+
+/// The literal sum of one pixel. `row` counts the different polar rows of the picture.
+__attribute__((noinline)) double SumTerms(RenderState &state, int row, const std::int32_t *index)
+{
+    const RenderJob &job = state.job;
+    if (state.termCount < 0)
+        ListTerms(state);
+    const double *polar =
+        job.polarRows + static_cast<std::ptrdiff_t>(job.rows.steps[row]) * polarRowLength;
+    double sum = 0.0;
+    for (int i = 0; i < state.termCount; ++i) {
+        const auto [coefficient, polarIndex, order] = state.terms[i];
+        const double factor = order == 0  ? 1.0
+                              : order > 0 ? job.angles.cosLut[index[order]]
+                                          : job.angles.sinLut[index[-order]];
+        sum += coefficient * (polar[polarIndex] * factor);
+    }
+    return sum * job.scale;
+}
+
+/// The byte of a pixel whose double-precision value is `value`.
+inline std::uint8_t DecidePixel(RenderState &state, int row, const std::int32_t *index,
+                                double value)
+{
     const std::int32_t offset = state.job.offset;
-    const double *factors = Values(scratch.columnFactors[column]);
     if (state.doubleDecides) {
-        const double *sums = Values(scratch.rowSums[row]);
-        VecD products{};
-        for (int i = 0; i < ordersLength; i += lanes)
-            products = MultiplyAdd(Load(sums + i), Load(factors + i), products);
-        double value = 0.0;
-        for (int i = 0; i < lanes; ++i)
-            value += products[i];
         const std::uint8_t low = ToByte(value - state.doubleBound, offset);
         if (low == ToByte(value + state.doubleBound, offset)) {
             ++state.counts.rechecked;
             return low;
         }
     }
-    const double *polar = scratch.polarRows[row];
-    double sum = 0.0;
-    for (int i = 0; i < state.terms; ++i) {
-        const RenderScratch::Term &term = scratch.terms[i];
-        sum += term.coefficient * (polar[term.polarIndex] * factors[term.factorIndex]);
-    }
     ++state.counts.exact;
-    return ToByte(sum * state.job.scale, offset);
+    return ToByte(SumTerms(state, row, index), offset);
 }
 
-// Rows
-
-/// Fills the row sums of one row and the bound on its single-precision values.
-inline void PrepareRow(const RenderState &state, int row)
+inline const std::int32_t *ColumnIndices(const RenderState &state, std::ptrdiff_t column)
 {
-    RenderScratch &scratch = state.scratch;
-    const double *polar = scratch.polarRows[row];
-    AngleFactors &sums = scratch.rowSums[row];
-    VecD weighted{};
-    for (int group = 0; group < sineStart; group += lanes) {
-        VecD cosine[lanes];
-        VecD sine[lanes];
-        for (int i = 0; i < lanes; ++i) {
-            const int m = group + i;
-            VecD cosineSum{};
-            VecD sineSum{};
-            for (int l = m; l < state.orders; l += lanes) {
-                const int at = polarRunStart[m] + l - m;
-                const VecD q = Load(polar + at);
-                cosineSum = MultiplyAdd(q, Load(scratch.cosineCoefficients + at), cosineSum);
-                sineSum = MultiplyAdd(q, Load(scratch.sineCoefficients + at), sineSum);
-            }
-            cosine[i] = cosineSum;
-            sine[i] = sineSum;
-        }
-        const VecD cosineSums = SumLanes(cosine);
-        const VecD sineSums = SumLanes(sine);
-        Store(sums.cosine + group, cosineSums);
-        Store(sums.sine + group, sineSums);
-        Store(scratch.narrowRowSums[row] + group, Narrow(cosineSums));
-        Store(scratch.narrowRowSums[row] + sineStart + group, Narrow(sineSums));
-        const VecD magnitudes = Magnitude(cosineSums) + Magnitude(sineSums);
-        const VecD weights = 2.0 * Load(orderValues + group) + 6.0;
-        weighted += weights * magnitudes;
-    }
-    double sum = 0.0;
-    for (int i = 0; i < lanes; ++i)
-        sum += weighted[i];
-    scratch.rowBounds[row] = static_cast<float>(0x1p-24 * sum + 2.0 * state.doubleBound);
+    return state.job.columnArrays.indices + column * columnOrders;
 }
 
-/// Collects up to maxRows different polar rows, beginning with image row `y`, and what belongs to
-/// them. Rows of the image that share a polar row share all their pixels.
-/// @return how many; the last one's image rows end at scratch.firstRows[count]
-inline int PrepareRows(RenderState &state, std::int32_t y)
+__attribute__((noinline)) std::uint8_t RecheckPixel(RenderState &state, int firstRow, int row,
+                                                    std::ptrdiff_t column)
 {
-    const RenderJob &job = state.job;
-    RenderScratch &scratch = state.scratch;
-    const std::int32_t end = job.firstRow + job.rows;
-    int count = 0;
-    for (; y < end; ++y) {
-        const double theta = y * job.dTheta;
-        const int step = static_cast<int>(job.angles.angleScale * theta);
-        const double *polar = job.polarRows + static_cast<std::ptrdiff_t>(step) * polarRowLength;
-        if (count > 0 && polar == scratch.polarRows[count - 1])
-            continue;
-        if (count == RenderScratch::maxRows)
-            break;
-        scratch.polarRows[count] = polar;
-        scratch.firstRows[count] = y;
-        PrepareRow(state, count);
-        ++count;
-    }
-    scratch.firstRows[count] = y;
-    return count;
-}
-
-// Columns
-
-inline void PrepareColumns(const RenderState &state, std::ptrdiff_t x, int columns)
-{
-    RenderScratch &scratch = state.scratch;
-    for (int column = 0; column < columns; ++column)
-        FillAngleFactors(state.job.angles, static_cast<double>(x + column) * state.job.dPhi,
-                         state.orders, scratch.columnFactors[column]);
-    for (int at = 0; at < ordersLength; at += lanes)
-        for (int column = 0; column < columns; column += lanes) {
-            VecD square[lanes];
-            for (int i = 0; i < lanes; ++i)
-                square[i] = Load(Values(scratch.columnFactors[column + i]) + at);
-            Transpose(square);
-            for (int i = 0; i < lanes; ++i)
-                Store(scratch.narrowColumnFactors[at + i] + column, Narrow(square[i]));
-        }
+    double values[rowGroup];
+    const std::int32_t *index = ColumnIndices(state, column);
+    SumColumn(state, index, values);
+    return DecidePixel(state, firstRow + row, index, values[row]);
 }
 
 // The first tier
 
-/// Single-precision values of one strip of rows in a tile.
-struct Strip {
-    alignas(64) float values[stripRows][tileColumns];
-};
-
-/// The matrix product of row sums and column factors, from the highest order down to 0.
-inline void FillStrip(const RenderState &state, int row, Strip &strip)
+/// Narrows the sums of the group and derives the bounds of its single-precision values.
+inline void NarrowSums(RenderState &state)
 {
-    const RenderScratch &scratch = state.scratch;
-    for (int column = 0; column < tileColumns; column += stripVectors * wideLanes) {
-        VecW values[stripRows][stripVectors] = {};
-        for (int m = state.orders - 1; m > 0; --m)
-            for (int at = m; at < ordersLength; at += sineStart) {
-                const float *factors = scratch.narrowColumnFactors[at] + column;
-                for (int r = 0; r < stripRows; ++r) {
-                    const VecW sum = Broadcast(scratch.narrowRowSums[row + r][at]);
-                    for (int v = 0; v < stripVectors; ++v)
-                        values[r][v] =
-                            MultiplyAdd(sum, LoadWide(factors + v * wideLanes), values[r][v]);
-                }
-            }
-        for (int r = 0; r < stripRows; ++r)
-            for (int v = 0; v < stripVectors; ++v)
-                StoreWide(strip.values[r] + column + v * wideLanes,
-                          values[r][v] + scratch.narrowRowSums[row + r][0]);
+    const RowSums &sums = state.sums;
+    const PictureColumns &columns = *state.job.columns;
+    for (int at = 0; at < rowGroup; at += lanes) {
+        Store(state.slotSums.zonal + at, Narrow(Load(sums.cosine[0] + at)));
+        for (int slot = 0; slot + 1 < state.job.bands; ++slot) {
+            const auto [order, sign] = columns.slots[slot];
+            auto &to = state.slotSums.slots[slot];
+            Store(to.cosine + at, Narrow(Load(sums.cosine[order] + at)));
+            Store(to.sine + at, Narrow(Load(sums.sine[order] + at)) * sign);
+        }
+        const VecD bound = Load(sums.magnitude + at) * static_cast<double>(state.singleWeight) +
+                           2.0 * state.doubleBound;
+        Store(state.bounds + at, Narrow(bound));
     }
 }
 
-/// Bytes, not yet narrowed, of scaled values.
-inline VecWI ToBytes(VecW scaled, std::int32_t offset)
+/// The single-precision values of a strip of rows of the group, from `strip` on.
+template <int segments> inline void FillStrip(const RenderState &state, int strip)
 {
-    const VecW lowest = Broadcast(static_cast<float>(-offset));
-    const VecW highest = Broadcast(static_cast<float>(255 - offset));
-    VecW clamped = scaled < lowest ? lowest : scaled;
-    clamped = clamped > highest ? highest : clamped;
-    return __builtin_convertvector(clamped, VecWI) + offset;
+    const PictureColumns &columns = *state.job.columns;
+    const SlotSums &sums = state.slotSums;
+    const int orders = state.job.bands - 1;
+    const int last = (columns.segmentColumns - 1) / wideLanes;
+    // What a vector writes beyond its segment is overwritten with the next segment's pixels: the
+    // last vectors come first.
+    for (int vector = last; vector >= 0; --vector) {
+        const float *factors = state.job.columnArrays.factors +
+                               static_cast<std::ptrdiff_t>(vector) * wideLanes * 2 * orders;
+        VecW classSums[rowStrip][segments];
+        int slot = 0;
+        for (int c = 0; c <= segments / 2; ++c) {
+            VecW p[rowStrip];
+            VecW q[rowStrip];
+            for (int r = 0; r < rowStrip; ++r) {
+                p[r] = c == 0 ? BroadcastWide(sums.zonal[strip + r]) : VecW{};
+                q[r] = VecW{};
+            }
+            const bool needsQ = c > 0 && 2 * c < segments;
+            for (; slot < columns.classEnds[c]; ++slot) {
+                const VecW cosine = LoadWide(factors + slot * 2 * wideLanes);
+                const VecW sine = LoadWide(factors + slot * 2 * wideLanes + wideLanes);
+                for (int r = 0; r < rowStrip; ++r) {
+                    const VecW a = BroadcastWide(sums.slots[slot].cosine[strip + r]);
+                    const VecW b = BroadcastWide(sums.slots[slot].sine[strip + r]);
+                    p[r] = MultiplyAdd(a, cosine, p[r]);
+                    p[r] = MultiplyAdd(b, sine, p[r]);
+                    if (needsQ) {
+                        q[r] = MultiplyAdd(b, cosine, q[r]);
+                        q[r] = MultiplySubtract(a, sine, q[r]);
+                    }
+                }
+            }
+            for (int r = 0; r < rowStrip; ++r) {
+                classSums[r][ClassSum(c)] = p[r];
+                if (needsQ)
+                    classSums[r][ClassSum(c) + 1] = q[r];
+            }
+        }
+        for (int r = 0; r < rowStrip; ++r) {
+            VecW pixels[segments];
+            SegmentTransform<segments>::Do(classSums[r], 1, pixels);
+            float *to =
+                state.job.scratch.values + r * state.job.scratch.valueStride + vector * wideLanes;
+            for (int j = 0; j < segments; ++j)
+                StoreWide(to + static_cast<std::ptrdiff_t>(j) * columns.segmentColumns, pixels[j]);
+        }
+    }
 }
-inline void StoreBytes(std::uint8_t *to, VecWI bytes)
+
+inline void FillStrip(const RenderState &state, int strip)
 {
-    *reinterpret_cast<VecWBytes *>(to) = __builtin_convertvector(bytes, VecWBytes);
+    switch (state.job.columns->segments) {
+    case 16:
+        return FillStrip<16>(state, strip);
+    case 8:
+        return FillStrip<8>(state, strip);
+    case 4:
+        return FillStrip<4>(state, strip);
+    case 2:
+        return FillStrip<2>(state, strip);
+    default:
+        return FillStrip<1>(state, strip);
+    }
 }
+
+#if ORVANE_VECTOR_BYTES == 64
+#define ORVANE_VECTOR_CALL(name) _mm512_##name
+typedef __m512i VecInteger;
+#elif ORVANE_VECTOR_BYTES == 32
+#define ORVANE_VECTOR_CALL(name) _mm256_##name
+typedef __m256i VecInteger;
+#else
+#define ORVANE_VECTOR_CALL(name) _mm_##name
+typedef __m128i VecInteger;
+#endif
+
+/// The bytes of four vectors of values. Packing saturates, which clamps, and works within the
+/// quarters of a vector: four pixels stay together, in the order of PackedOrder.
+inline VecInteger PackBytes(const VecW (&values)[4], VecInteger offsets)
+{
+    VecInteger whole[4];
+    for (int i = 0; i < 4; ++i)
+        whole[i] = reinterpret_cast<VecInteger>(__builtin_convertvector(values[i], VecWI));
+    const VecInteger low = ORVANE_VECTOR_CALL(packs_epi32)(whole[0], whole[1]);
+    const VecInteger high = ORVANE_VECTOR_CALL(packs_epi32)(whole[2], whole[3]);
+    return ORVANE_VECTOR_CALL(packus_epi16)(ORVANE_VECTOR_CALL(adds_epi16)(low, offsets),
+                                            ORVANE_VECTOR_CALL(adds_epi16)(high, offsets));
+}
+
+template <int... at> inline VecWI Unpacked(VecWI packed, std::integer_sequence<int, at...>)
+{
+    constexpr int quarters = ORVANE_VECTOR_BYTES / 16;
+    return __builtin_shufflevector(packed, packed, (at % quarters * 4 + at / quarters)...);
+}
+/// Packed bytes in the order of the columns.
+inline void StoreBytes(std::uint8_t *to, VecInteger packed)
+{
+    const VecWI ordered =
+        Unpacked(reinterpret_cast<VecWI>(packed), std::make_integer_sequence<int, wideLanes>{});
+    *reinterpret_cast<VecBytesUnaligned *>(to) = reinterpret_cast<VecBytes>(ordered);
+}
+
 inline bool AnyBit(VecWI vector)
 {
     int bits = 0;
@@ -343,81 +364,98 @@ inline bool AnyBit(VecWI vector)
     return bits != 0;
 }
 
-/// Fills the bytes of one row of a tile.
-inline void FillPixels(RenderState &state, int row, const float *values, int columns,
-                       std::uint8_t *pixels)
+/// Fills the bytes of one row of the strip.
+inline void FillPixels(RenderState &state, int firstRow, int row, const float *values)
 {
-    const std::int32_t offset = state.job.offset;
-    const VecW bound = Broadcast(state.scratch.rowBounds[row]);
+    const RenderJob &job = state.job;
+    const int columns = job.columns->columns;
+    std::uint8_t *bytes = job.scratch.bytes;
+    const VecW bound = BroadcastWide(state.bounds[row]);
+    const VecInteger offsets = ORVANE_VECTOR_CALL(set1_epi16)(static_cast<short>(job.offset));
+    const auto pack = [&](int column, VecW distance) __attribute__((always_inline))
+    {
+        VecW ends[4];
+        for (int i = 0; i < 4; ++i)
+            ends[i] = LoadWide(values + column + i * wideLanes) + distance;
+        return PackBytes(ends, offsets);
+    };
     VecWI open{};
-    for (int column = 0; column < tileColumns; column += wideLanes) {
-        const VecW value = LoadWide(values + column);
-        const VecWI low = ToBytes(value - bound, offset);
-        open |= low ^ ToBytes(value + bound, offset);
-        StoreBytes(pixels + column, low);
+    for (int column = 0; column < columns; column += ORVANE_VECTOR_BYTES) {
+        const VecInteger low = pack(column, -bound);
+        open |= reinterpret_cast<VecWI>(low) ^ reinterpret_cast<VecWI>(pack(column, bound));
+        StoreBytes(bytes + column, low);
     }
     if (!AnyBit(open))
         return;
-    std::uint8_t high[tileColumns];
-    for (int column = 0; column < tileColumns; column += wideLanes)
-        StoreBytes(high + column, ToBytes(LoadWide(values + column) + bound, offset));
-    for (int column = 0; column < columns; ++column)
-        // cppcheck-suppress uninitvar ; StoreBytes has filled whole vectors of it
-        if (pixels[column] != high[column])
-            pixels[column] = DecidePixel(state, row, column);
-}
-
-/// Writes the pixels of one row of a tile to all image rows that share them.
-inline void WritePixels(const RenderState &state, int row, std::ptrdiff_t x, int columns,
-                        const std::uint8_t *pixels)
-{
-    const RenderScratch &scratch = state.scratch;
-    for (std::int32_t y = scratch.firstRows[row]; y < scratch.firstRows[row + 1]; ++y) {
-        std::uint8_t *to = state.job.image + y * state.job.imageWidth + x;
-        if (columns == tileColumns) // one vector instead of a call
-            __builtin_memcpy(to, pixels, tileColumns);
-        else
-            __builtin_memcpy(to, pixels, columns);
+    std::uint8_t *high = bytes + job.scratch.valueStride;
+    for (int column = 0; column < columns; column += ORVANE_VECTOR_BYTES)
+        StoreBytes(high + column, pack(column, bound));
+    for (int first = 0; first < columns; first += 64) {
+        if (__builtin_memcmp(bytes + first, high + first, 64) == 0)
+            continue;
+        const int end = first + 64 < columns ? first + 64 : columns;
+        for (int column = first; column < end; ++column)
+            if (bytes[column] != high[column])
+                bytes[column] = RecheckPixel(state, firstRow, row, column);
     }
 }
 
-inline void RenderTile(RenderState &state, int rows, std::ptrdiff_t x, int columns)
+/// Writes the pixels of a row to all image rows that share them.
+inline void WritePixels(const RenderState &state, int row)
 {
-    Strip strip;
-    alignas(64) std::uint8_t pixels[tileColumns];
-    for (int row = 0; row < rows; ++row) {
-        if (state.singleDecides) {
-            if (row % stripRows == 0)
-                FillStrip(state, row, strip);
-            FillPixels(state, row, strip.values[row % stripRows], columns, pixels);
-        } else {
-            for (int column = 0; column < columns; ++column)
-                pixels[column] = DecidePixel(state, row, column);
+    const RenderJob &job = state.job;
+    for (std::int32_t y = job.rows.firstRows[row]; y < job.rows.firstRows[row + 1]; ++y)
+        __builtin_memcpy(job.image + y * job.imageWidth, job.scratch.bytes, job.columns->columns);
+}
+
+inline void RenderGroup(RenderState &state, int firstRow, int rows)
+{
+    const RenderJob &job = state.job;
+    const PictureColumns &columns = *job.columns;
+    if (!state.singleDecides) {
+        for (int row = 0; row < rows; ++row) {
+            for (int column = 0; column < columns.columns; ++column)
+                job.scratch.bytes[column] = RecheckPixel(state, firstRow, row, column);
+            WritePixels(state, firstRow + row);
         }
-        WritePixels(state, row, x, columns, pixels);
+        return;
+    }
+    NarrowSums(state);
+    for (int strip = 0; strip < rows; strip += rowStrip) {
+        FillStrip(state, strip);
+        for (int row = strip; row < strip + rowStrip && row < rows; ++row) {
+            FillPixels(state, firstRow, row,
+                       job.scratch.values + (row - strip) * job.scratch.valueStride);
+            WritePixels(state, firstRow + row);
+        }
+    }
+    for (int i = 0; i < columns.loneColumns; ++i) {
+        const std::int32_t column = job.columnArrays.lone[i];
+        const std::int32_t *index = ColumnIndices(state, column);
+        double values[rowGroup];
+        SumColumn(state, index, values);
+        for (int row = 0; row < rows; ++row) {
+            const std::uint8_t byte = DecidePixel(state, firstRow + row, index, values[row]);
+            const PictureRows &all = job.rows;
+            for (std::int32_t y = all.firstRows[firstRow + row];
+                 y < all.firstRows[firstRow + row + 1]; ++y)
+                job.image[y * job.imageWidth + column] = byte;
+        }
     }
 }
 
-inline RenderCounts Render(const RenderJob &job)
+RenderCounts Render(const RenderJob &job)
 {
-    RenderScratch &scratch = *job.scratch;
-    RenderState state{job, scratch};
+    RenderState state(job);
     PrepareSet(state);
-    // What no column fills is read, times 0 or for nobody.
-    __builtin_memset(scratch.columnFactors, 0, sizeof scratch.columnFactors);
-    __builtin_memset(scratch.narrowColumnFactors, 0, sizeof scratch.narrowColumnFactors);
-
-    const std::int32_t rowEnd = job.firstRow + job.rows;
-    const std::int32_t columnEnd = job.firstColumn + job.columns;
-    for (std::int32_t y = job.firstRow; y < rowEnd;) {
-        const int rows = PrepareRows(state, y);
-        for (std::ptrdiff_t x = job.firstColumn; x < columnEnd; x += tileColumns) {
-            const std::ptrdiff_t left = columnEnd - x;
-            const int columns = left < tileColumns ? static_cast<int>(left) : tileColumns;
-            PrepareColumns(state, x, columns);
-            RenderTile(state, rows, x, columns);
-        }
-        y = scratch.firstRows[rows];
+    const PictureRows &rows = job.rows;
+    for (int first = 0; first < rows.count; first += rowGroup) {
+        const GroupEntry *entries =
+            rows.groupEntries +
+            static_cast<std::ptrdiff_t>(first / rowGroup) * GroupEntries(job.bands);
+        SumRows(entries, state.scaled, job.bands, state.sums);
+        const int left = rows.count - first;
+        RenderGroup(state, first, left < rowGroup ? left : rowGroup);
     }
     return state.counts;
 }

@@ -56,6 +56,11 @@ inline VecI Truncate(VecD value)
     return __builtin_convertvector(value, VecI);
 }
 
+inline VecD Magnitude(VecD value)
+{
+    return value < 0.0 ? -value : value;
+}
+
 /// One step of transposing a square of lanes x lanes values: lanes `half` apart change places with
 /// rows `half` apart.
 template <int half, int... lane>

@@ -1,5 +1,6 @@
 #include "model/LiteralRender.h"
 #include "orvane/builder/LookUpTables.h"
+#include "orvane/builder/PictureTables.h"
 #include "orvane/kernels/PolarTable.h"
 #include "tests/builder/BuilderCase.h"
 
@@ -55,26 +56,22 @@ void ExpectLiteral(
                     expected.data());
     for (const Kernels *kernels : SupportedKernels()) {
         std::vector<std::uint8_t> image(expected.size());
-        const auto scratch = std::make_unique<RenderScratch>();
-        counts(kernels->render({.angles = AngleTablesOf(model.builder),
-                                .polarRows = model.builder.polarTable.rows.data(),
-                                .coefficients = set.data(),
-                                .count = static_cast<int>(set.size()),
-                                .scale = scale,
-                                .offset = offset,
-                                .image = image.data(),
-                                .imageWidth = width,
-                                .firstColumn = 0,
-                                .columns = width,
-                                .firstRow = 0,
-                                .rows = height,
-                                .dPhi = 6.2831855f / static_cast<float>(width),
-                                .dTheta = 3.1415927f / static_cast<float>(height),
-                                .scratch = scratch.get()}));
-        ASSERT_EQ(image, expected)
-            << Name(kernels->instructionSet) << ", " << model.tables.numSteps << " steps, "
-            << set.size() << " coefficients, " << width << " x " << height << ", scale " << scale
-            << ", offset " << offset;
+        PictureTables tables;
+        for (int render = 0; render < 2; ++render) {
+            std::fill(image.begin(), image.end(), 0);
+            counts(tables.Render(*kernels,
+                                 {.angles = AngleTablesOf(model.builder),
+                                  .polarRows = model.builder.polarTable.rows.data(),
+                                  .coefficients = set.data(),
+                                  .count = static_cast<int>(set.size()),
+                                  .scale = scale,
+                                  .offset = offset},
+                                 {width, height, 0, width, 0, height}, image.data()));
+            ASSERT_EQ(image, expected)
+                << Name(kernels->instructionSet) << ", " << model.tables.numSteps << " steps, "
+                << set.size() << " coefficients, " << width << " x " << height << ", scale "
+                << scale << ", offset " << offset;
+        }
     }
 }
 

@@ -1,0 +1,286 @@
+// A row of pixels in S equal segments, S = 16, 8, 4, 2 or 1.
+//
+//    column     0 .. n - 1 | n .. 2 n - 1 | ..  | (S - 1) n .. S n - 1        W = S n columns,
+//    segment        0      |      1       | ..  |       S - 1                 N table steps
+//
+// From a column to the same one in the next segment the angle of order m grows by m / S of a full
+// turn. With A and B the row sums of cosine and sine, and x a column of segment 0, the pixel at
+// x + j n is the sum over m of
+//
+//   P(m) cos(2 pi m j / S) + Q(m) sin(2 pi m j / S),     P(m) = A(m) cos(m phi) + B(m) sin(m phi)
+//                                                        Q(m) = B(m) cos(m phi) - A(m) sin(m phi)
+//
+// where the turned factors depend on m mod S only. So P and Q are summed by class, and class S - c
+// joins class c: its turned cosine is the same and its turned sine the negative, which puts a sign
+// on Q(m), had by turning the signs of B(m) and sin(m phi). S sums remain, P of the classes 0 to
+// S / 2 and Q of those between, and one real transform of S points makes S pixels of them:
+//
+//    58 factors of n columns --(row sums)--> S sums of n columns --(transform)--> S n pixels
+//
+// The literal pixel takes its factors from a table of N steps. Where S divides N, turning by m j /
+// S is going on by m j N / S entries, modulo N; that the tables of the columns are read so is
+// looked up, index by index. Columns that do not fit are lone: they are computed on their own. The
+// first column always is, its index 0 being where the rounding of the others puts one less. So
+// segment 0 is laid out as segment 1 turned back.
+//
+// Entry k stands for the angle k * step. An entry that is turned j m N / S steps on, less t whole
+// turns, where both indices lie in 0..N - 1, is (j m / S - t) N steps away, less than N; by exact
+// parts of a turn, 2 pi (j m / S - t). So the angles differ by less than |N step - 2 pi|, and the
+// factors by no more: `turnError`, with 2^-48 for the roundings of k * step and of the library.
+
+constexpr double exactTurn = 0x1.921fb54442d18p+2; // 2 pi
+
+constexpr int wideLanes = ORVANE_VECTOR_BYTES / 4; ///< floats in a vector
+
+typedef float VecWUnaligned
+    __attribute__((vector_size(ORVANE_VECTOR_BYTES), aligned(4), may_alias));
+
+inline VecW BroadcastWide(float value)
+{
+    return value - VecW{};
+}
+inline VecW LoadWide(const float *from)
+{
+    return *reinterpret_cast<const VecWUnaligned *>(from);
+}
+inline void StoreWide(float *to, VecW value)
+{
+    *reinterpret_cast<VecWUnaligned *>(to) = value;
+}
+
+/// Row sums of a group in single precision, in the order of the slots, signs turned as there.
+struct alignas(64) SlotSums {
+    float zonal[rowGroup]; ///< of order 0
+    struct {
+        float cosine[rowGroup];
+        float sine[rowGroup];
+    } slots[tableBands];
+};
+
+/// Operations on a vector of columns: sums and transform.
+constexpr int SegmentCost(int segments, int orders)
+{
+    const int transform = segments == 16  ? 66
+                          : segments == 8 ? 22
+                          : segments == 4 ? 6
+                          : segments == 2 ? 2
+                                          : 0;
+    return (segments > 2 ? 4 : 2) * orders + transform;
+}
+
+/// Orders by class, and in each class by number.
+inline void OrderByClass(int segments, int bands, PictureColumns &columns)
+{
+    int slot = 0;
+    for (int c = 0; c <= segments / 2; ++c) {
+        for (int m = 1; m < bands; ++m) {
+            const int rest = m % segments;
+            if (rest == c || rest == segments - c)
+                columns.slots[slot++] = {m, rest > segments / 2 ? -1.0f : 1.0f};
+        }
+        columns.classEnds[c] = slot;
+    }
+}
+
+/// The indices of the first segment's column x, from those of the second turned back.
+inline void FindFirstSegment(const ColumnLayoutJob &job, int segments, int x,
+                             std::int32_t (&base)[columnOrders])
+{
+    const std::int32_t numSteps = job.angles.numSteps;
+    const std::int32_t *index = job.arrays.indices;
+    if (segments == 1) {
+        for (int m = 0; m < job.bands; ++m)
+            base[m] = index[static_cast<std::ptrdiff_t>(x) * columnOrders + m];
+        return;
+    }
+    const std::ptrdiff_t second = x + job.columns / segments;
+    for (int m = 0; m < job.bands; ++m) {
+        const std::int32_t turned = m % segments * (numSteps / segments);
+        const std::int32_t at = index[second * columnOrders + m] - turned;
+        base[m] = at < 0 ? at + numSteps : at;
+    }
+}
+
+/// Lists the lone columns.
+/// @return how many; more than MostLoneColumns where the cut does not serve
+inline int FindLoneColumns(const ColumnLayoutJob &job, int segments)
+{
+    const std::int32_t numSteps = job.angles.numSteps;
+    const int segmentColumns = job.columns / segments;
+    const int most = MostLoneColumns(job.columns);
+    std::int32_t shift[columnOrders] = {};
+    for (int m = 0; m < job.bands; ++m)
+        shift[m] = m % segments * (numSteps / segments);
+    int count = 0;
+    for (int x = 0; x < segmentColumns; ++x) {
+        std::int32_t turned[columnOrders] = {};
+        FindFirstSegment(job, segments, x, turned);
+        for (int column = x; column < job.columns; column += segmentColumns) {
+            const std::int32_t *index =
+                job.arrays.indices + static_cast<std::ptrdiff_t>(column) * columnOrders;
+            std::int32_t differs = 0;
+            for (int m = 0; m < columnOrders; ++m) {
+                differs |= m < job.bands ? index[m] ^ turned[m] : 0;
+                const std::int32_t next = turned[m] + shift[m];
+                turned[m] = next >= numSteps ? next - numSteps : next;
+            }
+            if (differs == 0)
+                continue;
+            if (count == most)
+                return most + 1;
+            job.arrays.lone[count++] = column;
+        }
+    }
+    return count;
+}
+
+inline void FillFactors(const ColumnLayoutJob &job, const PictureColumns &columns)
+{
+    const int orders = job.bands - 1;
+    for (int first = 0; first < columns.segmentColumns; first += wideLanes) {
+        float *block = job.arrays.factors + static_cast<std::ptrdiff_t>(first) * 2 * orders;
+        for (int lane = 0; lane < wideLanes; ++lane) {
+            // Behind the last column stands the last one again.
+            const int last = columns.segmentColumns - 1;
+            std::int32_t index[columnOrders];
+            FindFirstSegment(job, columns.segments, first + lane < last ? first + lane : last,
+                             index);
+            for (int slot = 0; slot < orders; ++slot) {
+                const auto [order, sign] = columns.slots[slot];
+                float *factors = block + slot * 2 * wideLanes + lane;
+                factors[0] = static_cast<float>(job.angles.cosLut[index[order]]);
+                factors[wideLanes] = sign * static_cast<float>(job.angles.sinLut[index[order]]);
+            }
+        }
+    }
+}
+
+void LayColumns(const ColumnLayoutJob &job, PictureColumns &columns)
+{
+    for (std::int32_t x = 0; x < job.columns; ++x) {
+        alignas(64) std::int32_t index[factorEntries] = {};
+        FindAngleIndices(job.angles, static_cast<double>(job.firstColumn + x) * job.dPhi, job.bands,
+                         index);
+        __builtin_memcpy(job.arrays.indices + static_cast<std::ptrdiff_t>(x) * columnOrders, index,
+                         sizeof index);
+    }
+    static_assert(factorEntries == columnOrders);
+
+    columns.columns = job.columns;
+    columns.segments = 1;
+    columns.loneColumns = 0;
+    const auto cost = [&](int segments) {
+        const int vectors = (job.columns / segments + wideLanes - 1) / wideLanes;
+        return vectors * SegmentCost(segments, job.bands - 1);
+    };
+    for (int segments = 2; job.wholeTurn && segments <= maxSegments; segments *= 2) {
+        if (job.columns % segments != 0 || job.angles.numSteps % segments != 0)
+            break;
+        if (cost(segments) < cost(columns.segments)) {
+            const int count = FindLoneColumns(job, segments);
+            if (count <= MostLoneColumns(job.columns)) {
+                columns.segments = segments;
+                columns.loneColumns = count;
+            }
+        }
+    }
+    if (columns.segments > 1)
+        FindLoneColumns(job, columns.segments); // a further cut may have overwritten the list
+    columns.segmentColumns = job.columns / columns.segments;
+    const double turn = job.angles.numSteps * job.tableStep - exactTurn;
+    columns.turnError = columns.segments == 1 ? 0.0 : __builtin_fabs(turn) + 0x1p-48;
+    OrderByClass(columns.segments, job.bands, columns);
+    FillFactors(job, columns);
+}
+
+/// Pixels `to[j * stride]`, j < segments, of the sums of the classes: P of class 0, then P and Q of
+/// each class to segments / 2 - 1, then P of class segments / 2; for one segment P alone.
+///
+/// The classes of even number make a transform of half the points, the same in both halves of the
+/// pixels; those of odd number change sign from half to half.
+template <int segments> struct SegmentTransform {
+    static_assert(segments == 1);
+    static void Do(const VecW *sums, int, VecW *pixels) { pixels[0] = sums[0]; }
+};
+
+constexpr float cosine8 = 0.70710678118654752440f;  // of 1/8 of a turn
+constexpr float cosine16 = 0.92387953251128675613f; // of 1/16
+constexpr float sine16 = 0.38268343236508977173f;
+
+/// Index of P of a class among the sums; Q follows.
+constexpr int ClassSum(int c)
+{
+    return c == 0 ? 0 : 2 * c - 1;
+}
+
+// `step` picks the classes: 0, step, 2 step, ..
+template <> struct SegmentTransform<2> {
+    static void Do(const VecW *sums, int step, VecW *pixels)
+    {
+        const VecW odd = sums[ClassSum(step)];
+        pixels[0] = sums[0] + odd;
+        pixels[1] = sums[0] - odd;
+    }
+};
+template <int half> inline void AddHalves(const VecW *even, const VecW *odd, VecW *pixels)
+{
+    for (int j = 0; j < half; ++j) {
+        pixels[j] = even[j] + odd[j];
+        pixels[j + half] = even[j] - odd[j];
+    }
+}
+template <> struct SegmentTransform<4> {
+    static void Do(const VecW *sums, int step, VecW *pixels)
+    {
+        VecW even[2];
+        SegmentTransform<2>::Do(sums, 2 * step, even);
+        AddHalves<2>(even, sums + ClassSum(step), pixels);
+    }
+};
+template <> struct SegmentTransform<8> {
+    static void Do(const VecW *sums, int step, VecW *pixels)
+    {
+        VecW even[4];
+        SegmentTransform<4>::Do(sums, 2 * step, even);
+        const VecW *one = sums + ClassSum(step);
+        const VecW *three = sums + ClassSum(3 * step);
+        const VecW p = one[0] - three[0];
+        const VecW q = one[1] + three[1];
+        const VecW odd[4] = {one[0] + three[0], cosine8 * (q + p), one[1] - three[1],
+                             cosine8 * (q - p)};
+        AddHalves<4>(even, odd, pixels);
+    }
+};
+template <> struct SegmentTransform<16> {
+    static void Do(const VecW *sums, int step, VecW *pixels)
+    {
+        VecW even[8];
+        SegmentTransform<8>::Do(sums, 2 * step, even);
+        const VecW *one = sums + ClassSum(step);
+        const VecW *three = sums + ClassSum(3 * step);
+        const VecW *five = sums + ClassSum(5 * step);
+        const VecW *seven = sums + ClassSum(7 * step);
+        // For the pixels of even number, then of odd number. Pixel 8 - j has the cosines of pixel j
+        // with the other sign and the same sines.
+        const VecW p17 = one[0] + seven[0];
+        const VecW p35 = three[0] + five[0];
+        const VecW q17 = one[1] - seven[1];
+        const VecW q35 = three[1] - five[1];
+        const VecW cosine2 = p17 - p35;
+        const VecW sine2 = q17 + q35;
+        const VecW s = one[0] - seven[0];
+        const VecW t = three[0] - five[0];
+        const VecW u = one[1] + seven[1];
+        const VecW v = three[1] + five[1];
+        const VecW c16 = BroadcastWide(cosine16);
+        const VecW s16 = BroadcastWide(sine16);
+        const VecW cosineOf1 = MultiplyAdd(s, c16, t * s16);
+        const VecW cosineOf3 = MultiplyAdd(s, s16, -t * c16);
+        const VecW sineOf1 = MultiplyAdd(u, s16, v * c16);
+        const VecW sineOf3 = MultiplyAdd(u, c16, -v * s16);
+        const VecW odd[8] = {
+            p17 + p35, cosineOf1 + sineOf1, cosine8 * (sine2 + cosine2), cosineOf3 + sineOf3,
+            q17 - q35, sineOf3 - cosineOf3, cosine8 * (sine2 - cosine2), sineOf1 - cosineOf1};
+        AddHalves<8>(even, odd, pixels);
+    }
+};
