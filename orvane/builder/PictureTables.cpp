@@ -54,7 +54,7 @@ void PictureTables::RequireMemory(std::int32_t numSteps, int bands, const ImageT
     grow(firstRows, rowsAtMost + 1, rowsKey);
     grow(groupEntries, Groups(rowsAtMost) * GroupEntries(bands) + spareEntries, rowsKey);
     const std::size_t length = RowLength(columnCount);
-    values.Reserve(rowStrip * length / 16);
+    values.Reserve(maxStripRows * length / 16);
     bytes.Reserve(2 * length);
 }
 
@@ -71,9 +71,9 @@ void PictureTables::RequireColumns(const Kernels &kernels, const AngleTables &an
          .tableStep = static_cast<float>(TWO_PI_F) / static_cast<float>(numSteps),
          .dPhi = static_cast<float>(TWO_PI_F) / static_cast<float>(block.width),
          .bands = bands,
+         .imageWidth = block.width,
          .firstColumn = block.firstColumn,
          .columns = block.columns,
-         .wholeTurn = block.columns == block.width,
          .arrays = {indices.values.get(), factors.values[0].values, lone.values.get()}},
         columns);
 }

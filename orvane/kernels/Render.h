@@ -22,8 +22,8 @@ namespace orvane {
 
 /// Rows of a picture are taken in groups of so many, side by side.
 inline constexpr int rowGroup = 8;
-/// Rows of a group whose pixels are computed at a time.
-inline constexpr int rowStrip = 4;
+/// Rows of a group whose pixels are computed at a time, at the most.
+inline constexpr int maxStripRows = 8;
 /// Segments that a row is cut into at the most.
 inline constexpr int maxSegments = 16;
 /// Table indices kept of a column: of the orders 0..29, and two that nobody reads.
@@ -66,12 +66,13 @@ struct OrderSlot {
     float sign; ///< of its sine: -1 where the order is folded into its class
 };
 
-/// The angle factors of columns of a picture. A row of pixels is `segments` equal segments; the
-/// factors are those of the first one.
+/// The angle factors of columns of a picture. A row of the image is `segments` equal segments; the
+/// factors are those of its first one. A part of the image may have some of the segments only.
 struct PictureColumns {
     std::int32_t columns;
     std::int32_t segments;       ///< 1, 2, 4, 8 or 16
-    std::int32_t segmentColumns; ///< columns / segments
+    std::int32_t segmentColumns; ///< of each; divides `columns`
+    std::int32_t firstSegment;
     OrderSlot slots[tableBands]; ///< of the orders 1..bands - 1
     /// One past the last slot of class 0, 1, .. segments / 2.
     std::int32_t classEnds[maxSegments / 2 + 1];
@@ -102,8 +103,8 @@ struct ColumnLayoutJob {
     double tableStep;   ///< radians between table entries
     double dPhi;        ///< radians per column
     std::int32_t bands; ///< 1 to 30
+    std::int32_t imageWidth; ///< columns of a full circle
     std::int32_t firstColumn, columns;
-    bool wholeTurn; ///< whether the columns make a full circle, as only they can be cut
     ColumnArrays arrays;
 };
 using ColumnLayoutKernel = void (*)(const ColumnLayoutJob &job, PictureColumns &columns);

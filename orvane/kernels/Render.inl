@@ -72,6 +72,10 @@ constexpr int SegmentRoundings(int segments)
     return segments == 16 ? 18 : segments == 8 ? 26 : segments == 4 ? 37 : segments == 2 ? 36 : 62;
 }
 
+constexpr int groupsAtATime = ORVANE_VECTOR_BYTES == 64 ? 2 : 1; // as registers allow
+constexpr int stripRows = ORVANE_VECTOR_BYTES == 64 ? 8 : 4; // fills the registers
+static_assert(stripRows <= maxStripRows && rowGroup % stripRows == 0);
+
 typedef int VecWI __attribute__((vector_size(ORVANE_VECTOR_BYTES)));
 typedef unsigned char VecBytes __attribute__((vector_size(ORVANE_VECTOR_BYTES)));
 typedef unsigned char VecBytesUnaligned
@@ -96,16 +100,20 @@ struct RenderState {
     bool doubleDecides = false;
     bool singleDecides = false;
     float singleWeight = 0.0f; ///< of R in the bound of the single-precision value
-    RowSums sums;              ///< of the group at hand
+    RenderCounts counts{};
+
+    // The group of rows at hand.
+    int firstRow = 0; ///< among the different polar rows
+    int rows = 0;
+    const RowSums *sums = nullptr;
     SlotSums slotSums;
     float bounds[rowGroup];
-    RenderCounts counts{};
 };
 
 // The set
 
 /// Scales the coefficients and derives the bounds.
-inline void PrepareSet(RenderState &state)
+__attribute__((noinline)) void PrepareSet(RenderState &state)
 {
     const RenderJob &job = state.job;
     const int count = job.count;
@@ -150,21 +158,23 @@ inline std::uint8_t ToByte(double scaled, std::int32_t offset)
 }
 
 /// The double-precision values of one column in all rows of the group.
-inline void SumColumn(const RenderState &state, const std::int32_t *index,
+__attribute__((noinline)) void SumColumn(const RenderState &state, const std::int32_t *index,
                       double (&values)[rowGroup])
 {
     const AngleTables &angles = state.job.angles;
+    const RowSums &sums = *state.sums;
     VecD cosines[groupVectors];
     VecD sines[groupVectors] = {};
     for (int v = 0; v < groupVectors; ++v)
-        cosines[v] = Load(state.sums.cosine[0] + v * lanes);
-    for (int m = 1; m < state.job.bands; ++m)
+        cosines[v] = Load(sums.cosine[0] + v * lanes);
+    for (int m = 1; m < state.job.bands; ++m) {
+        const VecD cosine = Broadcast(angles.cosLut[index[m]]);
+        const VecD sine = Broadcast(angles.sinLut[index[m]]);
         for (int v = 0; v < groupVectors; ++v) {
-            const VecD cosine = Broadcast(angles.cosLut[index[m]]);
-            const VecD sine = Broadcast(angles.sinLut[index[m]]);
-            cosines[v] = MultiplyAdd(Load(state.sums.cosine[m] + v * lanes), cosine, cosines[v]);
-            sines[v] = MultiplyAdd(Load(state.sums.sine[m] + v * lanes), sine, sines[v]);
+            cosines[v] = MultiplyAdd(Load(sums.cosine[m] + v * lanes), cosine, cosines[v]);
+            sines[v] = MultiplyAdd(Load(sums.sine[m] + v * lanes), sine, sines[v]);
         }
+    }
     for (int v = 0; v < groupVectors; ++v)
         Store(values + v * lanes, cosines[v] + sines[v]);
 }
@@ -180,14 +190,14 @@ inline void ListTerms(RenderState &state)
                                                   PolarIndex(l, m < 0 ? -m : m), m};
 }
 
-/// The literal sum of one pixel. `row` counts the different polar rows of the picture.
-__attribute__((noinline)) double SumTerms(RenderState &state, int row, const std::int32_t *index)
+/// The literal sum of one pixel of the group.
+inline double SumTerms(RenderState &state, int row, const std::int32_t *index)
 {
     const RenderJob &job = state.job;
     if (state.termCount < 0)
         ListTerms(state);
-    const double *polar =
-        job.polarRows + static_cast<std::ptrdiff_t>(job.rows.steps[row]) * polarRowLength;
+    const std::ptrdiff_t step = job.rows.steps[state.firstRow + row];
+    const double *polar = job.polarRows + step * polarRowLength;
     double sum = 0.0;
     for (int i = 0; i < state.termCount; ++i) {
         const auto [coefficient, polarIndex, order] = state.terms[i];
@@ -199,7 +209,7 @@ __attribute__((noinline)) double SumTerms(RenderState &state, int row, const std
     return sum * job.scale;
 }
 
-/// The byte of a pixel whose double-precision value is `value`.
+/// The byte of a pixel of the group whose double-precision value is `value`.
 inline std::uint8_t DecidePixel(RenderState &state, int row, const std::int32_t *index,
                                 double value)
 {
@@ -220,21 +230,36 @@ inline const std::int32_t *ColumnIndices(const RenderState &state, std::ptrdiff_
     return state.job.columnArrays.indices + column * columnOrders;
 }
 
-__attribute__((noinline)) std::uint8_t RecheckPixel(RenderState &state, int firstRow, int row,
+__attribute__((noinline)) std::uint8_t RecheckPixel(RenderState &state, int row,
                                                     std::ptrdiff_t column)
 {
     double values[rowGroup];
     const std::int32_t *index = ColumnIndices(state, column);
     SumColumn(state, index, values);
-    return DecidePixel(state, firstRow + row, index, values[row]);
+    return DecidePixel(state, row, index, values[row]);
+}
+
+/// Decides a lone column in all rows of the group.
+__attribute__((noinline)) void FillLoneColumn(RenderState &state, std::ptrdiff_t column)
+{
+    const RenderJob &job = state.job;
+    double values[rowGroup];
+    const std::int32_t *index = ColumnIndices(state, column);
+    SumColumn(state, index, values);
+    for (int row = 0; row < state.rows; ++row) {
+        const std::uint8_t byte = DecidePixel(state, row, index, values[row]);
+        const std::int32_t *firstRows = job.rows.firstRows + state.firstRow + row;
+        for (std::int32_t y = firstRows[0]; y < firstRows[1]; ++y)
+            job.image[y * job.imageWidth + column] = byte;
+    }
 }
 
 // The first tier
 
 /// Narrows the sums of the group and derives the bounds of its single-precision values.
-inline void NarrowSums(RenderState &state)
+__attribute__((noinline)) void NarrowSums(RenderState &state)
 {
-    const RowSums &sums = state.sums;
+    const RowSums &sums = *state.sums;
     const PictureColumns &columns = *state.job.columns;
     for (int at = 0; at < rowGroup; at += lanes) {
         Store(state.slotSums.zonal + at, Narrow(Load(sums.cosine[0] + at)));
@@ -250,55 +275,80 @@ inline void NarrowSums(RenderState &state)
     }
 }
 
+/// The sums of class c of one vector of columns, whose factors are given, in a strip of rows.
+template <int segments, int c>
+inline void SumClass(const RenderState &state, int strip, const float *factors,
+                     VecW (&classSums)[stripRows][segments])
+{
+    constexpr bool needsQ = c > 0 && 2 * c < segments;
+    const SlotSums &sums = state.slotSums;
+    VecW p[stripRows];
+    VecW q[stripRows] = {}; // where Q is not needed, the sines' part of P
+    for (int r = 0; r < stripRows; ++r)
+        p[r] = c == 0 ? BroadcastWide(sums.zonal[strip + r]) : VecW{};
+    const std::int32_t *ends = state.job.columns->classEnds;
+    const int end = ends[c];
+    for (int slot = c == 0 ? 0 : ends[c - 1]; slot < end; ++slot) {
+        const VecW cosine = LoadWide(factors + slot * 2 * wideLanes);
+        const VecW sine = LoadWide(factors + slot * 2 * wideLanes + wideLanes);
+        for (int r = 0; r < stripRows; ++r) {
+            const VecW a = BroadcastWide(sums.slots[slot].cosine[strip + r]);
+            const VecW b = BroadcastWide(sums.slots[slot].sine[strip + r]);
+            p[r] = MultiplyAdd(a, cosine, p[r]);
+            if constexpr (needsQ) {
+                q[r] = MultiplyAdd(b, cosine, q[r]);
+                p[r] = MultiplyAdd(b, sine, p[r]);
+                q[r] = MultiplySubtract(a, sine, q[r]);
+            } else {
+                q[r] = MultiplyAdd(b, sine, q[r]);
+            }
+        }
+    }
+    for (int r = 0; r < stripRows; ++r) {
+        if constexpr (needsQ) {
+            classSums[r][ClassSum(c)] = p[r];
+            classSums[r][ClassSum(c) + 1] = q[r];
+        } else {
+            classSums[r][ClassSum(c)] = p[r] + q[r];
+        }
+    }
+}
+
+template <int segments, int... c>
+inline void SumClasses(const RenderState &state, int strip, const float *factors,
+                       VecW (&classSums)[stripRows][segments], std::integer_sequence<int, c...>)
+{
+    (SumClass<segments, c>(state, strip, factors, classSums), ...);
+}
+
 /// The single-precision values of a strip of rows of the group, from `strip` on.
-template <int segments> inline void FillStrip(const RenderState &state, int strip)
+template <int segments>
+__attribute__((noinline)) void FillStrip(const RenderState &state, int strip)
 {
     const PictureColumns &columns = *state.job.columns;
-    const SlotSums &sums = state.slotSums;
+    const RenderScratch &scratch = state.job.scratch;
     const int orders = state.job.bands - 1;
     const int last = (columns.segmentColumns - 1) / wideLanes;
+    const int end = columns.firstSegment + columns.columns / columns.segmentColumns;
+    const bool isWhole = end - columns.firstSegment == segments;
     // What a vector writes beyond its segment is overwritten with the next segment's pixels: the
     // last vectors come first.
     for (int vector = last; vector >= 0; --vector) {
         const float *factors = state.job.columnArrays.factors +
                                static_cast<std::ptrdiff_t>(vector) * wideLanes * 2 * orders;
-        VecW classSums[rowStrip][segments];
-        int slot = 0;
-        for (int c = 0; c <= segments / 2; ++c) {
-            VecW p[rowStrip];
-            VecW q[rowStrip];
-            for (int r = 0; r < rowStrip; ++r) {
-                p[r] = c == 0 ? BroadcastWide(sums.zonal[strip + r]) : VecW{};
-                q[r] = VecW{};
-            }
-            const bool needsQ = c > 0 && 2 * c < segments;
-            for (; slot < columns.classEnds[c]; ++slot) {
-                const VecW cosine = LoadWide(factors + slot * 2 * wideLanes);
-                const VecW sine = LoadWide(factors + slot * 2 * wideLanes + wideLanes);
-                for (int r = 0; r < rowStrip; ++r) {
-                    const VecW a = BroadcastWide(sums.slots[slot].cosine[strip + r]);
-                    const VecW b = BroadcastWide(sums.slots[slot].sine[strip + r]);
-                    p[r] = MultiplyAdd(a, cosine, p[r]);
-                    p[r] = MultiplyAdd(b, sine, p[r]);
-                    if (needsQ) {
-                        q[r] = MultiplyAdd(b, cosine, q[r]);
-                        q[r] = MultiplySubtract(a, sine, q[r]);
-                    }
-                }
-            }
-            for (int r = 0; r < rowStrip; ++r) {
-                classSums[r][ClassSum(c)] = p[r];
-                if (needsQ)
-                    classSums[r][ClassSum(c) + 1] = q[r];
-            }
-        }
-        for (int r = 0; r < rowStrip; ++r) {
+        VecW classSums[stripRows][segments];
+        SumClasses<segments>(state, strip, factors, classSums,
+                             std::make_integer_sequence<int, segments / 2 + 1>{});
+        for (int r = 0; r < stripRows; ++r) {
             VecW pixels[segments];
             SegmentTransform<segments>::Do(classSums[r], 1, pixels);
-            float *to =
-                state.job.scratch.values + r * state.job.scratch.valueStride + vector * wideLanes;
-            for (int j = 0; j < segments; ++j)
-                StoreWide(to + static_cast<std::ptrdiff_t>(j) * columns.segmentColumns, pixels[j]);
+            float *to = scratch.values + r * scratch.valueStride + vector * wideLanes;
+            if (isWhole)
+                for (int j = 0; j < segments; ++j, to += columns.segmentColumns)
+                    StoreWide(to, pixels[j]);
+            else
+                for (int j = columns.firstSegment; j < end; ++j, to += columns.segmentColumns)
+                    StoreWide(to, pixels[j]);
         }
     }
 }
@@ -356,106 +406,101 @@ inline void StoreBytes(std::uint8_t *to, VecInteger packed)
     *reinterpret_cast<VecBytesUnaligned *>(to) = reinterpret_cast<VecBytes>(ordered);
 }
 
-inline bool AnyBit(VecWI vector)
+inline bool AnyBit(VecInteger vector)
 {
-    int bits = 0;
-    for (int i = 0; i < wideLanes; ++i)
-        bits |= vector[i];
-    return bits != 0;
+#if ORVANE_VECTOR_BYTES == 64
+    return _mm512_test_epi32_mask(vector, vector) != 0;
+#elif ORVANE_VECTOR_BYTES == 32
+    return !_mm256_testz_si256(vector, vector);
+#else
+    return _mm_movemask_epi8(_mm_cmpeq_epi8(vector, _mm_setzero_si128())) != 0xffff;
+#endif
 }
 
-/// Fills the bytes of one row of the strip.
-inline void FillPixels(RenderState &state, int firstRow, int row, const float *values)
+/// Fills the bytes of one row of the group.
+__attribute__((noinline)) void FillPixels(RenderState &state, int row, const float *values)
 {
     const RenderJob &job = state.job;
     const int columns = job.columns->columns;
     std::uint8_t *bytes = job.scratch.bytes;
     const VecW bound = BroadcastWide(state.bounds[row]);
     const VecInteger offsets = ORVANE_VECTOR_CALL(set1_epi16)(static_cast<short>(job.offset));
-    const auto pack = [&](int column, VecW distance) __attribute__((always_inline))
-    {
+    const auto pack = [&](int column, VecW distance) __attribute__((always_inline)) {
         VecW ends[4];
         for (int i = 0; i < 4; ++i)
             ends[i] = LoadWide(values + column + i * wideLanes) + distance;
         return PackBytes(ends, offsets);
     };
-    VecWI open{};
+    VecInteger open{};
     for (int column = 0; column < columns; column += ORVANE_VECTOR_BYTES) {
         const VecInteger low = pack(column, -bound);
-        open |= reinterpret_cast<VecWI>(low) ^ reinterpret_cast<VecWI>(pack(column, bound));
+        open |= low ^ pack(column, bound);
         StoreBytes(bytes + column, low);
     }
     if (!AnyBit(open))
         return;
-    std::uint8_t *high = bytes + job.scratch.valueStride;
-    for (int column = 0; column < columns; column += ORVANE_VECTOR_BYTES)
-        StoreBytes(high + column, pack(column, bound));
-    for (int first = 0; first < columns; first += 64) {
-        if (__builtin_memcmp(bytes + first, high + first, 64) == 0)
+    std::uint8_t high[ORVANE_VECTOR_BYTES];
+    for (int first = 0; first < columns; first += ORVANE_VECTOR_BYTES) {
+        StoreBytes(high, pack(first, bound));
+        if (__builtin_memcmp(bytes + first, high, sizeof high) == 0)
             continue;
-        const int end = first + 64 < columns ? first + 64 : columns;
-        for (int column = first; column < end; ++column)
-            if (bytes[column] != high[column])
-                bytes[column] = RecheckPixel(state, firstRow, row, column);
+        const int left = columns - first;
+        for (int i = 0; i < ORVANE_VECTOR_BYTES && i < left; ++i)
+            if (bytes[first + i] != high[i])
+                bytes[first + i] = RecheckPixel(state, row, first + i);
     }
 }
 
-/// Writes the pixels of a row to all image rows that share them.
+/// Writes the pixels of a row of the group to all image rows that share them.
 inline void WritePixels(const RenderState &state, int row)
 {
     const RenderJob &job = state.job;
-    for (std::int32_t y = job.rows.firstRows[row]; y < job.rows.firstRows[row + 1]; ++y)
+    const std::int32_t *firstRows = job.rows.firstRows + state.firstRow + row;
+    for (std::int32_t y = firstRows[0]; y < firstRows[1]; ++y)
         __builtin_memcpy(job.image + y * job.imageWidth, job.scratch.bytes, job.columns->columns);
 }
 
-inline void RenderGroup(RenderState &state, int firstRow, int rows)
+inline void RenderGroup(RenderState &state)
 {
     const RenderJob &job = state.job;
-    const PictureColumns &columns = *job.columns;
     if (!state.singleDecides) {
-        for (int row = 0; row < rows; ++row) {
-            for (int column = 0; column < columns.columns; ++column)
-                job.scratch.bytes[column] = RecheckPixel(state, firstRow, row, column);
-            WritePixels(state, firstRow + row);
-        }
+        for (std::int32_t column = 0; column < job.columns->columns; ++column)
+            FillLoneColumn(state, column);
         return;
     }
     NarrowSums(state);
-    for (int strip = 0; strip < rows; strip += rowStrip) {
+    for (int strip = 0; strip < state.rows; strip += stripRows) {
         FillStrip(state, strip);
-        for (int row = strip; row < strip + rowStrip && row < rows; ++row) {
-            FillPixels(state, firstRow, row,
-                       job.scratch.values + (row - strip) * job.scratch.valueStride);
-            WritePixels(state, firstRow + row);
+        for (int row = strip; row < strip + stripRows && row < state.rows; ++row) {
+            FillPixels(state, row, job.scratch.values + (row - strip) * job.scratch.valueStride);
+            WritePixels(state, row);
         }
     }
-    for (int i = 0; i < columns.loneColumns; ++i) {
-        const std::int32_t column = job.columnArrays.lone[i];
-        const std::int32_t *index = ColumnIndices(state, column);
-        double values[rowGroup];
-        SumColumn(state, index, values);
-        for (int row = 0; row < rows; ++row) {
-            const std::uint8_t byte = DecidePixel(state, firstRow + row, index, values[row]);
-            const PictureRows &all = job.rows;
-            for (std::int32_t y = all.firstRows[firstRow + row];
-                 y < all.firstRows[firstRow + row + 1]; ++y)
-                job.image[y * job.imageWidth + column] = byte;
-        }
-    }
+    for (int i = 0; i < job.columns->loneColumns; ++i)
+        FillLoneColumn(state, job.columnArrays.lone[i]);
 }
 
 RenderCounts Render(const RenderJob &job)
 {
     RenderState state(job);
     PrepareSet(state);
-    const PictureRows &rows = job.rows;
-    for (int first = 0; first < rows.count; first += rowGroup) {
-        const GroupEntry *entries =
-            rows.groupEntries +
-            static_cast<std::ptrdiff_t>(first / rowGroup) * GroupEntries(job.bands);
-        SumRows(entries, state.scaled, job.bands, state.sums);
-        const int left = rows.count - first;
-        RenderGroup(state, first, left < rowGroup ? left : rowGroup);
+    const GroupEntry *entries = job.rows.groupEntries;
+    const int count = job.rows.count;
+    RowSums sums[groupsAtATime];
+    for (int first = 0; first < count;) {
+        const bool isOneGroup = groupsAtATime == 1 || count - first <= rowGroup;
+        if (isOneGroup)
+            SumRows<1>(entries, state.scaled, job.bands, sums);
+        else
+            SumRows<groupsAtATime>(entries, state.scaled, job.bands, sums);
+        for (int g = 0; g < (isOneGroup ? 1 : groupsAtATime); ++g) {
+            entries += GroupEntries(job.bands);
+            state.sums = &sums[g];
+            state.firstRow = first;
+            state.rows = count - first < rowGroup ? count - first : rowGroup;
+            RenderGroup(state);
+            first += state.rows;
+        }
     }
     return state.counts;
 }

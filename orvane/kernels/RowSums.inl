@@ -52,39 +52,54 @@ void LayRows(const RowLayoutJob &job)
     }
 }
 
+/// Sums so many groups at a time, which lie one after the other.
 /// @param scaled the coefficients in index order
-inline void SumRows(const GroupEntry *entries, const double *scaled, int bands, RowSums &sums)
+template <int groups>
+__attribute__((noinline)) void SumRows(const GroupEntry *groupEntries, const double *scaled, int bands, RowSums *sums)
 {
-    VecD magnitude[groupVectors] = {};
+    constexpr int vectors = groups * groupVectors;
+    const GroupEntry *entries[groups];
+    for (int g = 0; g < groups; ++g)
+        entries[g] = groupEntries + g * GroupEntries(bands);
+    VecD magnitude[vectors] = {};
     for (int m = 0; m < bands; ++m) {
         // Two sums each, for the latency of an addition.
-        VecD cosine[2][groupVectors] = {};
-        VecD sine[2][groupVectors] = {};
-        const auto add = [&](int l, int which) __attribute__((always_inline))
-        {
-            const double *band = scaled + l * l + l;
-            for (int v = 0; v < groupVectors; ++v) {
-                const VecD q = Load(entries->row + v * lanes);
-                cosine[which][v] = MultiplyAdd(q, Broadcast(band[m]), cosine[which][v]);
-                sine[which][v] = MultiplyAdd(q, Broadcast(band[-m]), sine[which][v]);
+        VecD cosine[2][vectors] = {};
+        VecD sine[2][vectors] = {};
+        const double *band = scaled + m * m + m; // at order 0
+        int next = 2 * m + 2;
+        std::ptrdiff_t at = 0;
+        const auto add = [&](int which) __attribute__((always_inline)) {
+            const VecD c = Broadcast(band[m]);
+            const VecD s = Broadcast(band[-m]);
+            for (int v = 0; v < vectors; ++v) {
+                const VecD q = Load(entries[v / groupVectors][at].row + v % groupVectors * lanes);
+                cosine[which][v] = MultiplyAdd(q, c, cosine[which][v]);
+                sine[which][v] = MultiplyAdd(q, s, sine[which][v]);
             }
-            ++entries;
+            band += next;
+            next += 2;
+            ++at;
         };
-        int l = m;
-        for (; l + 1 < bands; l += 2) {
-            add(l, 0);
-            add(l + 1, 1);
+        const int length = bands - m;
+        for (int pair = length / 2; pair > 0; --pair) {
+            add(0);
+            add(1);
         }
-        if (l < bands)
-            add(l, 0);
-        for (int v = 0; v < groupVectors; ++v) {
+        if (length % 2 != 0)
+            add(0);
+        for (int g = 0; g < groups; ++g)
+            entries[g] += length;
+        for (int v = 0; v < vectors; ++v) {
+            RowSums &to = sums[v / groupVectors];
+            const int lane = v % groupVectors * lanes;
             const VecD cosineSum = cosine[0][v] + cosine[1][v];
             const VecD sineSum = m == 0 ? VecD{} : sine[0][v] + sine[1][v];
-            Store(sums.cosine[m] + v * lanes, cosineSum);
-            Store(sums.sine[m] + v * lanes, sineSum);
+            Store(to.cosine[m] + lane, cosineSum);
+            Store(to.sine[m] + lane, sineSum);
             magnitude[v] += Magnitude(cosineSum) + Magnitude(sineSum);
         }
     }
-    for (int v = 0; v < groupVectors; ++v)
-        Store(sums.magnitude + v * lanes, magnitude[v]);
+    for (int v = 0; v < vectors; ++v)
+        Store(sums[v / groupVectors].magnitude + v % groupVectors * lanes, magnitude[v]);
 }

@@ -82,69 +82,88 @@ inline void OrderByClass(int segments, int bands, PictureColumns &columns)
     }
 }
 
-/// The indices of the first segment's column x, from those of the second turned back.
-inline void FindFirstSegment(const ColumnLayoutJob &job, int segments, int x,
-                             std::int32_t (&base)[columnOrders])
+/// A way to cut the columns of a picture, or of a part of it that is made of whole segments.
+struct Cut {
+    int segments;       ///< of a full circle
+    int segmentColumns; ///< of each
+    int firstSegment;   ///< of the part
+    std::int32_t turns[columnOrders]; ///< table entries from segment to segment, for each order
+};
+
+inline Cut MakeCut(const ColumnLayoutJob &job, int segments)
 {
-    const std::int32_t numSteps = job.angles.numSteps;
-    const std::int32_t *index = job.arrays.indices;
-    if (segments == 1) {
-        for (int m = 0; m < job.bands; ++m)
-            base[m] = index[static_cast<std::ptrdiff_t>(x) * columnOrders + m];
-        return;
+    const int columns = segments == 1 ? job.columns : job.imageWidth / segments;
+    Cut cut = {segments, columns, segments == 1 ? 0 : job.firstColumn / columns, {}};
+    for (int m = 0; m < job.bands; ++m)
+        cut.turns[m] = m % segments * (job.angles.numSteps / segments);
+    return cut;
+}
+
+/// Turns indices by one segment, back or on.
+inline void TurnBack(const Cut &cut, std::int32_t numSteps, std::int32_t (&index)[columnOrders])
+{
+    for (int m = 0; m < columnOrders; ++m) {
+        const std::int32_t at = index[m] - cut.turns[m];
+        index[m] = at < 0 ? at + numSteps : at;
     }
-    const std::ptrdiff_t second = x + job.columns / segments;
-    for (int m = 0; m < job.bands; ++m) {
-        const std::int32_t turned = m % segments * (numSteps / segments);
-        const std::int32_t at = index[second * columnOrders + m] - turned;
-        base[m] = at < 0 ? at + numSteps : at;
+}
+inline void TurnOn(const Cut &cut, std::int32_t numSteps, std::int32_t (&index)[columnOrders])
+{
+    for (int m = 0; m < columnOrders; ++m) {
+        const std::int32_t at = index[m] + cut.turns[m];
+        index[m] = at < numSteps ? at : at - numSteps;
     }
+}
+
+/// The indices of column x of the part's first segment, from those of its second turned back.
+inline void FindFirstSegment(const ColumnLayoutJob &job, const Cut &cut, int x,
+                             std::int32_t (&index)[columnOrders])
+{
+    const std::ptrdiff_t from = cut.segments == 1 ? x : x + cut.segmentColumns;
+    __builtin_memcpy(index, job.arrays.indices + from * columnOrders, sizeof index);
+    if (cut.segments > 1)
+        TurnBack(cut, job.angles.numSteps, index);
 }
 
 /// Lists the lone columns.
 /// @return how many; more than MostLoneColumns where the cut does not serve
-inline int FindLoneColumns(const ColumnLayoutJob &job, int segments)
+__attribute__((noinline)) int FindLoneColumns(const ColumnLayoutJob &job, const Cut &cut)
 {
-    const std::int32_t numSteps = job.angles.numSteps;
-    const int segmentColumns = job.columns / segments;
     const int most = MostLoneColumns(job.columns);
-    std::int32_t shift[columnOrders] = {};
-    for (int m = 0; m < job.bands; ++m)
-        shift[m] = m % segments * (numSteps / segments);
     int count = 0;
-    for (int x = 0; x < segmentColumns; ++x) {
-        std::int32_t turned[columnOrders] = {};
-        FindFirstSegment(job, segments, x, turned);
-        for (int column = x; column < job.columns; column += segmentColumns) {
+    for (int x = 0; x < cut.segmentColumns; ++x) {
+        std::int32_t turned[columnOrders];
+        FindFirstSegment(job, cut, x, turned);
+        for (int column = x; column < job.columns; column += cut.segmentColumns) {
             const std::int32_t *index =
                 job.arrays.indices + static_cast<std::ptrdiff_t>(column) * columnOrders;
             std::int32_t differs = 0;
-            for (int m = 0; m < columnOrders; ++m) {
-                differs |= m < job.bands ? index[m] ^ turned[m] : 0;
-                const std::int32_t next = turned[m] + shift[m];
-                turned[m] = next >= numSteps ? next - numSteps : next;
+            for (int m = 0; m < columnOrders; ++m)
+                differs |= index[m] ^ turned[m];
+            if (differs != 0) {
+                if (count == most)
+                    return most + 1;
+                job.arrays.lone[count++] = column;
             }
-            if (differs == 0)
-                continue;
-            if (count == most)
-                return most + 1;
-            job.arrays.lone[count++] = column;
+            TurnOn(cut, job.angles.numSteps, turned);
         }
     }
     return count;
 }
 
-inline void FillFactors(const ColumnLayoutJob &job, const PictureColumns &columns)
+/// The factors of segment 0 of the circle.
+__attribute__((noinline)) void FillFactors(const ColumnLayoutJob &job, const Cut &cut, const PictureColumns &columns)
 {
     const int orders = job.bands - 1;
-    for (int first = 0; first < columns.segmentColumns; first += wideLanes) {
+    for (int first = 0; first < cut.segmentColumns; first += wideLanes) {
         float *block = job.arrays.factors + static_cast<std::ptrdiff_t>(first) * 2 * orders;
         for (int lane = 0; lane < wideLanes; ++lane) {
             // Behind the last column stands the last one again.
-            const int last = columns.segmentColumns - 1;
+            const int last = cut.segmentColumns - 1;
             std::int32_t index[columnOrders];
-            FindFirstSegment(job, columns.segments, first + lane < last ? first + lane : last,
-                             index);
+            FindFirstSegment(job, cut, first + lane < last ? first + lane : last, index);
+            for (int segment = cut.firstSegment; segment > 0; --segment)
+                TurnBack(cut, job.angles.numSteps, index);
             for (int slot = 0; slot < orders; ++slot) {
                 const auto [order, sign] = columns.slots[slot];
                 float *factors = block + slot * 2 * wideLanes + lane;
@@ -155,42 +174,56 @@ inline void FillFactors(const ColumnLayoutJob &job, const PictureColumns &column
     }
 }
 
-void LayColumns(const ColumnLayoutJob &job, PictureColumns &columns)
+__attribute__((noinline)) void FindColumnIndices(const ColumnLayoutJob &job)
 {
+    static_assert(factorEntries == columnOrders);
     for (std::int32_t x = 0; x < job.columns; ++x) {
-        alignas(64) std::int32_t index[factorEntries] = {};
-        FindAngleIndices(job.angles, static_cast<double>(job.firstColumn + x) * job.dPhi, job.bands,
-                         index);
+        alignas(64) std::int32_t index[factorEntries];
+        FindAngleIndices(job.angles, static_cast<double>(job.firstColumn + x) * job.dPhi,
+                         job.bands, index);
+        for (int m = job.bands; m < factorEntries; ++m)
+            index[m] = 0;
         __builtin_memcpy(job.arrays.indices + static_cast<std::ptrdiff_t>(x) * columnOrders, index,
                          sizeof index);
     }
-    static_assert(factorEntries == columnOrders);
+}
 
-    columns.columns = job.columns;
-    columns.segments = 1;
-    columns.loneColumns = 0;
-    const auto cost = [&](int segments) {
-        const int vectors = (job.columns / segments + wideLanes - 1) / wideLanes;
-        return vectors * SegmentCost(segments, job.bands - 1);
-    };
-    for (int segments = 2; job.wholeTurn && segments <= maxSegments; segments *= 2) {
-        if (job.columns % segments != 0 || job.angles.numSteps % segments != 0)
+/// Operations on a row.
+inline int CutCost(const ColumnLayoutJob &job, const Cut &cut)
+{
+    const int vectors = (cut.segmentColumns + wideLanes - 1) / wideLanes;
+    return vectors * SegmentCost(cut.segments, job.bands - 1);
+}
+
+void LayColumns(const ColumnLayoutJob &job, PictureColumns &columns)
+{
+    FindColumnIndices(job);
+    Cut best = MakeCut(job, 1);
+    int lone = 0;
+    for (int segments = 2; segments <= maxSegments; segments *= 2) {
+        if (job.imageWidth % segments != 0 || job.angles.numSteps % segments != 0)
             break;
-        if (cost(segments) < cost(columns.segments)) {
-            const int count = FindLoneColumns(job, segments);
-            if (count <= MostLoneColumns(job.columns)) {
-                columns.segments = segments;
-                columns.loneColumns = count;
-            }
+        const Cut cut = MakeCut(job, segments);
+        if (job.firstColumn % cut.segmentColumns != 0 || job.columns % cut.segmentColumns != 0 ||
+            job.columns == cut.segmentColumns || CutCost(job, cut) >= CutCost(job, best))
+            continue;
+        const int count = FindLoneColumns(job, cut);
+        if (count <= MostLoneColumns(job.columns)) {
+            best = cut;
+            lone = count;
         }
     }
-    if (columns.segments > 1)
-        FindLoneColumns(job, columns.segments); // a further cut may have overwritten the list
-    columns.segmentColumns = job.columns / columns.segments;
+    if (lone > 0)
+        FindLoneColumns(job, best); // a finer cut that does not serve has overwritten the list
+    columns.columns = job.columns;
+    columns.segments = best.segments;
+    columns.segmentColumns = best.segmentColumns;
+    columns.firstSegment = best.firstSegment;
+    columns.loneColumns = lone;
     const double turn = job.angles.numSteps * job.tableStep - exactTurn;
-    columns.turnError = columns.segments == 1 ? 0.0 : __builtin_fabs(turn) + 0x1p-48;
-    OrderByClass(columns.segments, job.bands, columns);
-    FillFactors(job, columns);
+    columns.turnError = best.segments == 1 ? 0.0 : __builtin_fabs(turn) + 0x1p-48;
+    OrderByClass(best.segments, job.bands, columns);
+    FillFactors(job, best, columns);
 }
 
 /// Pixels `to[j * stride]`, j < segments, of the sums of the classes: P of class 0, then P and Q of

@@ -58,7 +58,7 @@ inline VecI Truncate(VecD value)
 
 inline VecD Magnitude(VecD value)
 {
-    return value < 0.0 ? -value : value;
+    return reinterpret_cast<VecD>(reinterpret_cast<VecL>(value) & 0x7fffffffffffffffLL);
 }
 
 /// One step of transposing a square of lanes x lanes values: lanes `half` apart change places with
