@@ -55,7 +55,7 @@ void PictureTables::RequireMemory(std::int32_t numSteps, int bands, const ImageT
     grow(groupEntries, Groups(rowsAtMost) * GroupEntries(bands) + spareEntries, rowsKey);
     const std::size_t length = RowLength(columnCount);
     values.Reserve(maxStripRows * length / 16);
-    bytes.Reserve(2 * length);
+    bytes.Reserve(length);
 }
 
 void PictureTables::RequireColumns(const Kernels &kernels, const AngleTables &angles, int bands,

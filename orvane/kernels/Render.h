@@ -114,7 +114,7 @@ struct RenderScratch {
     /// Values of one strip of rows, `valueStride` apart.
     float *values;
     std::ptrdiff_t valueStride; ///< RowLength of the columns
-    std::uint8_t *bytes;        ///< one row and the same again, of valueStride each
+    std::uint8_t *bytes;        ///< as many, of one row
 };
 
 /// Columns and room behind them: what the last vector of the last segment writes too much.

@@ -77,8 +77,7 @@ constexpr int stripRows = ORVANE_VECTOR_BYTES == 64 ? 8 : 4; // fills the regist
 static_assert(stripRows <= maxStripRows && rowGroup % stripRows == 0);
 
 typedef int VecWI __attribute__((vector_size(ORVANE_VECTOR_BYTES)));
-typedef unsigned char VecBytes __attribute__((vector_size(ORVANE_VECTOR_BYTES)));
-typedef unsigned char VecBytesUnaligned
+typedef unsigned char VecBytes
     __attribute__((vector_size(ORVANE_VECTOR_BYTES), aligned(1), may_alias));
 
 /// One summand of a value: coefficient * (polar row entry * angle factor).
@@ -113,7 +112,7 @@ struct RenderState {
 // The set
 
 /// Scales the coefficients and derives the bounds.
-__attribute__((noinline)) void PrepareSet(RenderState &state)
+inline void PrepareSet(RenderState &state)
 {
     const RenderJob &job = state.job;
     const int count = job.count;
@@ -158,25 +157,37 @@ inline std::uint8_t ToByte(double scaled, std::int32_t offset)
 }
 
 /// The double-precision values of one column in all rows of the group.
-__attribute__((noinline)) void SumColumn(const RenderState &state, const std::int32_t *index,
+inline void SumColumn(const RenderState &state, const std::int32_t *index,
                       double (&values)[rowGroup])
 {
     const AngleTables &angles = state.job.angles;
     const RowSums &sums = *state.sums;
-    VecD cosines[groupVectors];
-    VecD sines[groupVectors] = {};
-    for (int v = 0; v < groupVectors; ++v)
-        cosines[v] = Load(sums.cosine[0] + v * lanes);
-    for (int m = 1; m < state.job.bands; ++m) {
+    // Four sums, for the latency of an addition: of cosines and sines, odd orders and even.
+    VecD cosines[2][groupVectors];
+    VecD sines[2][groupVectors] = {};
+    for (int v = 0; v < groupVectors; ++v) {
+        cosines[0][v] = Load(sums.cosine[0] + v * lanes);
+        cosines[1][v] = VecD{};
+    }
+    const auto add = [&](int m, int which) __attribute__((always_inline)) {
         const VecD cosine = Broadcast(angles.cosLut[index[m]]);
         const VecD sine = Broadcast(angles.sinLut[index[m]]);
         for (int v = 0; v < groupVectors; ++v) {
-            cosines[v] = MultiplyAdd(Load(sums.cosine[m] + v * lanes), cosine, cosines[v]);
-            sines[v] = MultiplyAdd(Load(sums.sine[m] + v * lanes), sine, sines[v]);
+            const VecD a = Load(sums.cosine[m] + v * lanes);
+            const VecD b = Load(sums.sine[m] + v * lanes);
+            cosines[which][v] = MultiplyAdd(a, cosine, cosines[which][v]);
+            sines[which][v] = MultiplyAdd(b, sine, sines[which][v]);
         }
+    };
+    int m = 1;
+    for (; m + 1 < state.job.bands; m += 2) {
+        add(m, 1);
+        add(m + 1, 0);
     }
+    if (m < state.job.bands)
+        add(m, 1);
     for (int v = 0; v < groupVectors; ++v)
-        Store(values + v * lanes, cosines[v] + sines[v]);
+        Store(values + v * lanes, (cosines[0][v] + cosines[1][v]) + (sines[0][v] + sines[1][v]));
 }
 
 inline void ListTerms(RenderState &state)
@@ -257,7 +268,7 @@ __attribute__((noinline)) void FillLoneColumn(RenderState &state, std::ptrdiff_t
 // The first tier
 
 /// Narrows the sums of the group and derives the bounds of its single-precision values.
-__attribute__((noinline)) void NarrowSums(RenderState &state)
+inline void NarrowSums(RenderState &state)
 {
     const RowSums &sums = *state.sums;
     const PictureColumns &columns = *state.job.columns;
@@ -393,61 +404,63 @@ inline VecInteger PackBytes(const VecW (&values)[4], VecInteger offsets)
                                             ORVANE_VECTOR_CALL(adds_epi16)(high, offsets));
 }
 
-template <int... at> inline VecWI Unpacked(VecWI packed, std::integer_sequence<int, at...>)
+constexpr int quarters = ORVANE_VECTOR_BYTES / 16;
+
+/// Where packing puts four pixels, and where they come from.
+constexpr int PackedPlace(int place)
 {
-    constexpr int quarters = ORVANE_VECTOR_BYTES / 16;
-    return __builtin_shufflevector(packed, packed, (at % quarters * 4 + at / quarters)...);
+    return place % quarters * 4 + place / quarters;
 }
-/// Packed bytes in the order of the columns.
-inline void StoreBytes(std::uint8_t *to, VecInteger packed)
+constexpr int OrderedPlace(int packed)
 {
-    const VecWI ordered =
-        Unpacked(reinterpret_cast<VecWI>(packed), std::make_integer_sequence<int, wideLanes>{});
-    *reinterpret_cast<VecBytesUnaligned *>(to) = reinterpret_cast<VecBytes>(ordered);
+    return packed % 4 * quarters + packed / 4;
 }
 
-inline bool AnyBit(VecInteger vector)
+template <int... place>
+inline void StoreBytes(std::uint8_t *to, VecInteger packed, std::integer_sequence<int, place...>)
+{
+    const auto fours = reinterpret_cast<VecWI>(packed);
+    const VecWI ordered = __builtin_shufflevector(fours, fours, PackedPlace(place)...);
+    *reinterpret_cast<VecBytes *>(to) = reinterpret_cast<VecBytes>(ordered);
+}
+
+/// A bit for each byte that differs.
+inline std::uint64_t Differences(VecInteger a, VecInteger b)
 {
 #if ORVANE_VECTOR_BYTES == 64
-    return _mm512_test_epi32_mask(vector, vector) != 0;
+    return _mm512_cmpneq_epi8_mask(a, b);
 #elif ORVANE_VECTOR_BYTES == 32
-    return !_mm256_testz_si256(vector, vector);
+    return ~static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(a, b)));
 #else
-    return _mm_movemask_epi8(_mm_cmpeq_epi8(vector, _mm_setzero_si128())) != 0xffff;
+    return 0xffff ^ _mm_movemask_epi8(_mm_cmpeq_epi8(a, b));
 #endif
 }
 
 /// Fills the bytes of one row of the group.
-__attribute__((noinline)) void FillPixels(RenderState &state, int row, const float *values)
+inline void FillPixels(RenderState &state, int row, const float *values)
 {
     const RenderJob &job = state.job;
     const int columns = job.columns->columns;
     std::uint8_t *bytes = job.scratch.bytes;
     const VecW bound = BroadcastWide(state.bounds[row]);
     const VecInteger offsets = ORVANE_VECTOR_CALL(set1_epi16)(static_cast<short>(job.offset));
-    const auto pack = [&](int column, VecW distance) __attribute__((always_inline)) {
-        VecW ends[4];
-        for (int i = 0; i < 4; ++i)
-            ends[i] = LoadWide(values + column + i * wideLanes) + distance;
-        return PackBytes(ends, offsets);
-    };
-    VecInteger open{};
-    for (int column = 0; column < columns; column += ORVANE_VECTOR_BYTES) {
-        const VecInteger low = pack(column, -bound);
-        open |= low ^ pack(column, bound);
-        StoreBytes(bytes + column, low);
-    }
-    if (!AnyBit(open))
-        return;
-    std::uint8_t high[ORVANE_VECTOR_BYTES];
     for (int first = 0; first < columns; first += ORVANE_VECTOR_BYTES) {
-        StoreBytes(high, pack(first, bound));
-        if (__builtin_memcmp(bytes + first, high, sizeof high) == 0)
-            continue;
-        const int left = columns - first;
-        for (int i = 0; i < ORVANE_VECTOR_BYTES && i < left; ++i)
-            if (bytes[first + i] != high[i])
-                bytes[first + i] = RecheckPixel(state, row, first + i);
+        VecW low[4];
+        VecW high[4];
+        for (int i = 0; i < 4; ++i) {
+            const VecW value = LoadWide(values + first + i * wideLanes);
+            low[i] = value - bound;
+            high[i] = value + bound;
+        }
+        const VecInteger packed = PackBytes(low, offsets);
+        std::uint64_t open = Differences(packed, PackBytes(high, offsets));
+        StoreBytes(bytes + first, packed, std::make_integer_sequence<int, wideLanes>{});
+        for (; __builtin_expect(open != 0, 0); open &= open - 1) {
+            const int byte = __builtin_ctzll(open);
+            const int column = first + 4 * OrderedPlace(byte / 4) + byte % 4;
+            if (column < columns)
+                bytes[column] = RecheckPixel(state, row, column);
+        }
     }
 }
 

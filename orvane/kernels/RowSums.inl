@@ -55,7 +55,7 @@ void LayRows(const RowLayoutJob &job)
 /// Sums so many groups at a time, which lie one after the other.
 /// @param scaled the coefficients in index order
 template <int groups>
-__attribute__((noinline)) void SumRows(const GroupEntry *groupEntries, const double *scaled, int bands, RowSums *sums)
+inline void SumRows(const GroupEntry *groupEntries, const double *scaled, int bands, RowSums *sums)
 {
     constexpr int vectors = groups * groupVectors;
     const GroupEntry *entries[groups];

@@ -127,7 +127,7 @@ inline void FindFirstSegment(const ColumnLayoutJob &job, const Cut &cut, int x,
 
 /// Lists the lone columns.
 /// @return how many; more than MostLoneColumns where the cut does not serve
-__attribute__((noinline)) int FindLoneColumns(const ColumnLayoutJob &job, const Cut &cut)
+inline int FindLoneColumns(const ColumnLayoutJob &job, const Cut &cut)
 {
     const int most = MostLoneColumns(job.columns);
     int count = 0;
@@ -152,7 +152,7 @@ __attribute__((noinline)) int FindLoneColumns(const ColumnLayoutJob &job, const 
 }
 
 /// The factors of segment 0 of the circle.
-__attribute__((noinline)) void FillFactors(const ColumnLayoutJob &job, const Cut &cut, const PictureColumns &columns)
+inline void FillFactors(const ColumnLayoutJob &job, const Cut &cut, const PictureColumns &columns)
 {
     const int orders = job.bands - 1;
     for (int first = 0; first < cut.segmentColumns; first += wideLanes) {
@@ -174,7 +174,7 @@ __attribute__((noinline)) void FillFactors(const ColumnLayoutJob &job, const Cut
     }
 }
 
-__attribute__((noinline)) void FindColumnIndices(const ColumnLayoutJob &job)
+inline void FindColumnIndices(const ColumnLayoutJob &job)
 {
     static_assert(factorEntries == columnOrders);
     for (std::int32_t x = 0; x < job.columns; ++x) {
