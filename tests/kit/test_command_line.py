@@ -241,13 +241,13 @@ class ProgressTest(unittest.TestCase):
         with Progress("fitting", stream, patience) as part:
             part(0.25)
             if patience < 1:
-                while "\r" not in stream.getvalue() and stream.isatty():
+                while "25 %" not in stream.getvalue() and stream.isatty():
                     pass
         return stream.getvalue()
 
     def test_on_a_terminal_only_and_wiped(self):
         shown = self.shown(self.Terminal(), 0.001)
-        self.assertTrue(shown.startswith("\rfitting: 0 s, 25 %"), shown)
+        self.assertTrue(re.search(r"\rfitting: \d+ s, 25 %", shown), shown)
         self.assertTrue(re.search("\r +\r$", shown), shown)
         self.assertEqual(self.shown(self.Terminal(), 1000.0), "")
         self.assertEqual(self.shown(StringIO.StringIO(), 0.001), "")
