@@ -41,7 +41,7 @@ constexpr int GroupEntries(int bands)
     return bands * (bands + 1) / 2;
 }
 /// Entries that LayRows may write behind the last group.
-inline constexpr int spareEntries = 8;
+inline constexpr int spareEntries = 16;
 
 /// The different polar rows that rows of a picture have, laid side by side.
 struct PictureRows {

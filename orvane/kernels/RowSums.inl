@@ -23,6 +23,20 @@ struct alignas(64) RowSums {
     double magnitude[rowGroup]; ///< the sum of the magnitudes of all of these
 };
 
+/// Lays the run of order m, of some rows, at every other entry.
+inline void LayRun(const double *const *rows, int m, int bands, GroupEntry *to, int part)
+{
+    for (int l = m; l < bands; l += lanes) {
+        VecD square[lanes];
+        for (int i = 0; i < lanes; ++i)
+            square[i] = Load(rows[i] + polarRunStart[m] + l - m);
+        Transpose(square);
+        // What the last square has too much is written where later entries follow.
+        for (int i = 0; i < lanes; ++i, to += 2)
+            Store(to->row + part, square[i]);
+    }
+}
+
 void LayRows(const RowLayoutJob &job)
 {
     GroupEntry *to = job.groupEntries;
@@ -34,18 +48,11 @@ void LayRows(const RowLayoutJob &job)
                 const std::int32_t step = job.steps[row < job.count ? row : job.count - 1];
                 rows[i] = job.polarRows + static_cast<std::ptrdiff_t>(step) * polarRowLength;
             }
-            // A run's last square goes beyond its end, where the next run or group follows.
-            GroupEntry *run = to;
-            for (int m = 0; m < job.bands; ++m) {
-                for (int l = m; l < job.bands; l += lanes) {
-                    VecD square[lanes];
-                    for (int i = 0; i < lanes; ++i)
-                        square[i] = Load(rows[i] + polarRunStart[m] + l - m);
-                    Transpose(square);
-                    for (int i = 0; i < lanes; ++i)
-                        Store(run[l - m + i].row + part, square[i]);
-                }
-                run += job.bands - m;
+            GroupEntry *pair = to;
+            for (int m = 0; m < job.bands; m += 2) {
+                LayRun(rows, m, job.bands, pair, part);
+                LayRun(rows, m + 1, job.bands, pair + 1, part);
+                pair += 2 * (job.bands - m) - 1;
             }
         }
         to += GroupEntries(job.bands);
@@ -62,42 +69,40 @@ inline void SumRows(const GroupEntry *groupEntries, const double *scaled, int ba
     for (int g = 0; g < groups; ++g)
         entries[g] = groupEntries + g * GroupEntries(bands);
     VecD magnitude[vectors] = {};
-    for (int m = 0; m < bands; ++m) {
-        // Two sums each, for the latency of an addition.
+    for (int m = 0; m < bands; m += 2) {
         VecD cosine[2][vectors] = {};
         VecD sine[2][vectors] = {};
         const double *band = scaled + m * m + m; // at order 0
-        int next = 2 * m + 2;
-        std::ptrdiff_t at = 0;
-        const auto add = [&](int which) __attribute__((always_inline)) {
-            const VecD c = Broadcast(band[m]);
-            const VecD s = Broadcast(band[-m]);
+        const auto add = [&](int which, std::ptrdiff_t at) __attribute__((always_inline)) {
+            const VecD c = Broadcast(band[m + which]);
+            const VecD s = Broadcast(band[-m - which]);
             for (int v = 0; v < vectors; ++v) {
                 const VecD q = Load(entries[v / groupVectors][at].row + v % groupVectors * lanes);
                 cosine[which][v] = MultiplyAdd(q, c, cosine[which][v]);
                 sine[which][v] = MultiplyAdd(q, s, sine[which][v]);
             }
+        };
+        add(0, 0);
+        const int end = 2 * (bands - m) - 1;
+        int next = 2 * m + 2;
+        for (int at = 1; at < end; at += 2) {
             band += next;
             next += 2;
-            ++at;
-        };
-        const int length = bands - m;
-        for (int pair = length / 2; pair > 0; --pair) {
-            add(0);
-            add(1);
+            add(1, at);
+            add(0, at + 1);
         }
-        if (length % 2 != 0)
-            add(0);
         for (int g = 0; g < groups; ++g)
-            entries[g] += length;
+            entries[g] += end;
         for (int v = 0; v < vectors; ++v) {
             RowSums &to = sums[v / groupVectors];
             const int lane = v % groupVectors * lanes;
-            const VecD cosineSum = cosine[0][v] + cosine[1][v];
-            const VecD sineSum = m == 0 ? VecD{} : sine[0][v] + sine[1][v];
-            Store(to.cosine[m] + lane, cosineSum);
-            Store(to.sine[m] + lane, sineSum);
-            magnitude[v] += Magnitude(cosineSum) + Magnitude(sineSum);
+            if (m == 0)
+                sine[0][v] = VecD{};
+            for (int which = 0; which < 2 && m + which < bands; ++which) {
+                Store(to.cosine[m + which] + lane, cosine[which][v]);
+                Store(to.sine[m + which] + lane, sine[which][v]);
+                magnitude[v] += Magnitude(cosine[which][v]) + Magnitude(sine[which][v]);
+            }
         }
     }
     for (int v = 0; v < vectors; ++v)
