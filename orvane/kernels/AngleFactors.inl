@@ -75,14 +75,20 @@ inline void FindAngleIndices(const AngleTables &tables, double phi, int orders,
     }
 }
 
-void FillAngleFactors(const AngleTables &tables, double phi, int orders, AngleFactors &factors)
+inline void LookUpFactors(const AngleTables &tables, const int (&index)[factorEntries], int orders,
+                          AngleFactors &factors)
 {
-    alignas(64) int index[factorEntries];
-    FindAngleIndices(tables, phi, orders, index);
     factors.cosine[0] = 1.0;
     factors.sine[0] = 0.0;
     for (int m = 1; m < orders; ++m) {
         factors.cosine[m] = tables.cosLut[index[m]];
         factors.sine[m] = tables.sinLut[index[m]];
     }
+}
+
+void FillAngleFactors(const AngleTables &tables, double phi, int orders, AngleFactors &factors)
+{
+    alignas(64) int index[factorEntries];
+    FindAngleIndices(tables, phi, orders, index);
+    LookUpFactors(tables, index, orders, factors);
 }

@@ -100,9 +100,9 @@ struct ColumnArrays {
 
 struct ColumnLayoutJob {
     AngleTables angles;
-    double tableStep;   ///< radians between table entries
-    double dPhi;        ///< radians per column
-    std::int32_t bands; ///< 1 to 30
+    double tableStep;        ///< radians between table entries
+    double dPhi;             ///< radians per column
+    std::int32_t bands;      ///< 1 to 30
     std::int32_t imageWidth; ///< columns of a full circle
     std::int32_t firstColumn, columns;
     ColumnArrays arrays;

@@ -73,7 +73,7 @@ constexpr int SegmentRoundings(int segments)
 }
 
 constexpr int groupsAtATime = ORVANE_VECTOR_BYTES == 64 ? 2 : 1; // as registers allow
-constexpr int stripRows = ORVANE_VECTOR_BYTES == 64 ? 8 : 4; // fills the registers
+constexpr int stripRows = ORVANE_VECTOR_BYTES == 64 ? 8 : 4;     // fills the registers
 static_assert(stripRows <= maxStripRows && rowGroup % stripRows == 0);
 
 typedef int VecWI __attribute__((vector_size(ORVANE_VECTOR_BYTES)));
@@ -169,7 +169,8 @@ inline void SumColumn(const RenderState &state, const std::int32_t *index,
         cosines[0][v] = Load(sums.cosine[0] + v * lanes);
         cosines[1][v] = VecD{};
     }
-    const auto add = [&](int m, int which) __attribute__((always_inline)) {
+    const auto add = [&](int m, int which) __attribute__((always_inline))
+    {
         const VecD cosine = Broadcast(angles.cosLut[index[m]]);
         const VecD sine = Broadcast(angles.sinLut[index[m]]);
         for (int v = 0; v < groupVectors; ++v) {

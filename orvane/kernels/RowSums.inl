@@ -73,7 +73,8 @@ inline void SumRows(const GroupEntry *groupEntries, const double *scaled, int ba
         VecD cosine[2][vectors] = {};
         VecD sine[2][vectors] = {};
         const double *band = scaled + m * m + m; // at order 0
-        const auto add = [&](int which, std::ptrdiff_t at) __attribute__((always_inline)) {
+        const auto add = [&](int which, std::ptrdiff_t at) __attribute__((always_inline))
+        {
             const VecD c = Broadcast(band[m + which]);
             const VecD s = Broadcast(band[-m - which]);
             for (int v = 0; v < vectors; ++v) {

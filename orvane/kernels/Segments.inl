@@ -84,9 +84,9 @@ inline void OrderByClass(int segments, int bands, PictureColumns &columns)
 
 /// A way to cut the columns of a picture, or of a part of it that is made of whole segments.
 struct Cut {
-    int segments;       ///< of a full circle
-    int segmentColumns; ///< of each
-    int firstSegment;   ///< of the part
+    int segments;                     ///< of a full circle
+    int segmentColumns;               ///< of each
+    int firstSegment;                 ///< of the part
     std::int32_t turns[columnOrders]; ///< table entries from segment to segment, for each order
 };
 
@@ -155,20 +155,40 @@ inline int FindLoneColumns(const ColumnLayoutJob &job, const Cut &cut)
 inline void FillFactors(const ColumnLayoutJob &job, const Cut &cut, const PictureColumns &columns)
 {
     const int orders = job.bands - 1;
-    for (int first = 0; first < cut.segmentColumns; first += wideLanes) {
-        float *block = job.arrays.factors + static_cast<std::ptrdiff_t>(first) * 2 * orders;
-        for (int lane = 0; lane < wideLanes; ++lane) {
+    int slotOf[columnOrders] = {};
+    float signs[columnOrders] = {};
+    for (int slot = 0; slot < orders; ++slot) {
+        slotOf[columns.slots[slot].order] = slot;
+        signs[columns.slots[slot].order] = columns.slots[slot].sign;
+    }
+    AngleFactors factors[lanes] = {};
+    const int vectors = (cut.segmentColumns + wideLanes - 1) / wideLanes;
+    for (int first = 0; first < vectors * wideLanes; first += lanes) {
+        for (int lane = 0; lane < lanes; ++lane) {
             // Behind the last column stands the last one again.
             const int last = cut.segmentColumns - 1;
             std::int32_t index[columnOrders];
             FindFirstSegment(job, cut, first + lane < last ? first + lane : last, index);
             for (int segment = cut.firstSegment; segment > 0; --segment)
                 TurnBack(cut, job.angles.numSteps, index);
-            for (int slot = 0; slot < orders; ++slot) {
-                const auto [order, sign] = columns.slots[slot];
-                float *factors = block + slot * 2 * wideLanes + lane;
-                factors[0] = static_cast<float>(job.angles.cosLut[index[order]]);
-                factors[wideLanes] = sign * static_cast<float>(job.angles.sinLut[index[order]]);
+            LookUpFactors(job.angles, index, job.bands, factors[lane]);
+        }
+        float *to = job.arrays.factors +
+                    static_cast<std::ptrdiff_t>(first / wideLanes) * wideLanes * 2 * orders +
+                    first % wideLanes;
+        for (int at = 0; at < job.bands; at += lanes) {
+            VecD cosines[lanes];
+            VecD sines[lanes];
+            for (int lane = 0; lane < lanes; ++lane) {
+                cosines[lane] = Load(factors[lane].cosine + at);
+                sines[lane] = Load(factors[lane].sine + at);
+            }
+            Transpose(cosines);
+            Transpose(sines);
+            for (int m = at < 1 ? 1 : at; m < at + lanes && m < job.bands; ++m) {
+                float *slot = to + slotOf[m] * 2 * wideLanes;
+                Store(slot, Narrow(cosines[m - at]));
+                Store(slot + wideLanes, signs[m] * Narrow(sines[m - at]));
             }
         }
     }
@@ -179,8 +199,8 @@ inline void FindColumnIndices(const ColumnLayoutJob &job)
     static_assert(factorEntries == columnOrders);
     for (std::int32_t x = 0; x < job.columns; ++x) {
         alignas(64) std::int32_t index[factorEntries];
-        FindAngleIndices(job.angles, static_cast<double>(job.firstColumn + x) * job.dPhi,
-                         job.bands, index);
+        FindAngleIndices(job.angles, static_cast<double>(job.firstColumn + x) * job.dPhi, job.bands,
+                         index);
         for (int m = job.bands; m < factorEntries; ++m)
             index[m] = 0;
         __builtin_memcpy(job.arrays.indices + static_cast<std::ptrdiff_t>(x) * columnOrders, index,
