@@ -57,15 +57,14 @@ struct alignas(64) SlotSums {
     } slots[tableBands];
 };
 
-/// Operations on a vector of columns: sums and transform.
+/// Operations on a vector of columns: four sums for each order, two where Q is not needed, and the
+/// transform.
 constexpr int SegmentCost(int segments, int orders)
 {
-    const int transform = segments == 16  ? 66
-                          : segments == 8 ? 22
-                          : segments == 4 ? 6
-                          : segments == 2 ? 2
-                                          : 0;
-    return (segments > 2 ? 4 : 2) * orders + transform;
+    if (segments <= 2)
+        return 2 * orders + (segments == 2 ? 2 : 0);
+    const int transform = segments == 16 ? 66 : segments == 8 ? 22 : 6;
+    return 4 * orders - 2 * (orders / (segments / 2)) + transform;
 }
 
 /// Orders by class, and in each class by number.

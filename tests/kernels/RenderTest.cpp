@@ -2,6 +2,7 @@
 #include "orvane/builder/LookUpTables.h"
 #include "orvane/builder/PictureTables.h"
 #include "orvane/kernels/PolarTable.h"
+#include "orvane/sh/Basis.h"
 #include "tests/builder/BuilderCase.h"
 
 #include <functional>
@@ -75,16 +76,18 @@ void ExpectLiteral(
     }
 }
 
+// Widths and tables that are cut into every number of segments, that cannot be cut, and whose
+// columns do not fit each other though the numbers divide (100 columns at 360 steps, 640 at 100).
 TEST_F(Render, WritesTheLiteralBytes)
 {
+    constexpr int widths[] = {1, 2, 15, 16, 17, 31, 32, 64, 65, 100, 128, 130, 192, 256, 360, 640};
     int round = 0;
-    for (const int numSteps : {1, 5, 7, 10, 100, 256, 1000, 1024})
-        for (const auto &[width, height] :
-             {std::pair{1, 1}, {3, 2}, {15, 31}, {64, 5}, {65, 4}, {130, 7}, {257, 3}}) {
-            const int bands = ++round % 30 + 1;
-            const auto scale = static_cast<float>(1 + round % 40);
+    for (const int numSteps : {1, 2, 5, 10, 16, 100, 256, 360, 1000, 1024})
+        for (const int width : widths) {
+            const int bands = ++round % 5 == 0 ? 30 : round % 13 + 1;
             ExpectLiteral(CaseFor(numSteps), RandomCoefficients(bands * bands, round),
-                          {width, height, scale, round * 37 % 256});
+                          {width, 1 + 400 / width % 19, static_cast<float>(1 + round % 40),
+                           round * 37 % 256});
         }
 }
 
@@ -100,9 +103,10 @@ TEST_F(Render, TakesAnyNumberOfCoefficients)
         }
 }
 
-// More different polar rows than one block holds, and image rows that share theirs.
-TEST_F(Render, WalksAllRows)
+// More different polar rows and columns than a block holds, and image rows that share theirs.
+TEST_F(Render, WalksAllRowsAndColumns)
 {
+    ExpectLiteral(CaseFor(256), RandomCoefficients(9, 3), {8200, 3, 30, 128});
     ExpectLiteral(CaseFor(1200), RandomCoefficients(36, 1), {3, 1100, 30, 128});
     ExpectLiteral(CaseFor(10), RandomCoefficients(900, 2), {67, 90, 5, 128});
 }
@@ -116,6 +120,81 @@ TEST_F(Render, LeavesFewPixelsToTheSlowTiers)
                       EXPECT_LT(counts.rechecked, pixels / 200);
                       EXPECT_EQ(counts.exact, 0);
                   });
+}
+
+/// A set of which one pixel lies just above the whole number `target`: coefficient `base` makes
+/// `target` less `below` at that pixel, as near as two more coefficients of order 0 can tune it,
+/// and each of the `small` ones adds `addend`, too little for a sum near `target` to notice.
+std::vector<float> EdgeSet(const BuilderCase &model, double phi, double theta, double target,
+                           double below, int base, const std::vector<int> &small, double addend)
+{
+    std::vector<float> set(tableCoefficients);
+    const auto tune = [&](int index) {
+        const double missing = target - below - model.tables.Evaluate(set.data(), 30, phi, theta);
+        set[index] = static_cast<float>(missing / model.tables.Basis(index, phi, theta));
+    };
+    tune(base);
+    tune(base == 0 ? 6 : 0);
+    tune(base == 0 ? 20 : 6);
+    for (const int index : small)
+        set[index] = static_cast<float>(addend / model.tables.Basis(index, phi, theta));
+    return set;
+}
+
+// Sums of the first tier that stay behind what they should be by as much as roundings can: the base
+// comes first, then all orders of its class, then a class in each step of the transform. The bound
+// is to cover it, from cosines and from sines, whatever number of segments a row is cut into.
+TEST_F(Render, SinglePrecisionBoundCoversRoundingsThatAddUp)
+{
+    const BuilderCase &model = CaseFor(256);
+    constexpr int height = 4;
+    constexpr double target = 65.0;
+    const double ulp = std::ldexp(1.0, -17);
+    const double theta = 2 * static_cast<double>(3.1415927f / height);
+    for (const int width : {16, 32, 64, 101, 128, 256, 512})
+        for (const int segments : {1, 2, 4, 8, 16})
+            for (const bool ofSines : {false, true}) {
+                const double phi = (width / 4 + 1) * static_cast<double>(6.2831855f / width);
+                std::vector<int> small;
+                for (int m = 1; m < 30; ++m) {
+                    const int rest = m % segments;
+                    const bool sameClass =
+                        ofSines ? m > 1 && (rest == 1 % segments || rest == segments - 1)
+                                : rest == 0;
+                    const bool inTransform = ofSines ? m == 3 || m == 7 : segments % (2 * m) == 0;
+                    const int index = CoefficientIndex(m, ofSines ? -m : m);
+                    if ((sameClass || inTransform) &&
+                        std::fabs(model.tables.Basis(index, phi, theta)) > 0.01)
+                        small.push_back(index);
+                }
+                const double lost = std::floor(0.49 * static_cast<double>(small.size()));
+                ExpectLiteral(model,
+                              EdgeSet(model, phi, theta, target, lost * ulp, ofSines ? 1 : 0, small,
+                                      0.49 * ulp),
+                              {width, height, 1, 100});
+            }
+}
+
+// The literal sum of a pixel stays behind by hundreds of units in the last place, which the sums by
+// order notice: the bound of the second tier is to cover that.
+TEST_F(Render, DoublePrecisionBoundCoversRoundingsOfTheLiteralSum)
+{
+    const BuilderCase &model = CaseFor(256);
+    constexpr int width = 64;
+    constexpr int height = 16;
+    const double ulp = std::ldexp(1.0, -46);
+    const double phi = 8 * static_cast<double>(6.2831855f / width);
+    const double theta = 7 * static_cast<double>(3.1415927f / height);
+    std::vector<int> small;
+    for (int index = 81; index < tableCoefficients; ++index)
+        if (std::fabs(model.tables.Basis(index, phi, theta)) > 1e-6)
+            small.push_back(index);
+    EXPECT_GT(small.size(), 600);
+    for (const double below : {10.0, 50.0, 100.0})
+        ExpectLiteral(
+            model,
+            EdgeSet(model, phi, theta, 65, below * ulp, CoefficientIndex(8, 8), small, 0.45 * ulp),
+            {width, height, 1, 100});
 }
 
 // Two coefficients of order 0 are tuned until the value at the pixel is a whole number, as near as
@@ -175,11 +254,17 @@ TEST_F(Render, SaturatesExtremes)
                         EXPECT_TRUE(finite || counts.exact == width * height);
                     });
             }
-    // An offset beyond the whole floats, and values just as far on the other side.
-    for (const int sign : {1, -1}) {
+    // An offset beyond 16 bits or the whole floats, and values just as far on the other side.
+    for (const int distance : {33000, -33000, 40000, -40000, 1000000000, -1000000000}) {
         std::vector<float> far = RandomCoefficients(4, 6);
-        far[0] = static_cast<float>(-sign * 1e9 / Polar(model, 0, 0));
-        ExpectLiteral(model, far, {width, height, 1, sign * 1000000000 + 100});
+        far[0] = static_cast<float>(-distance / Polar(model, 0, 0));
+        ExpectLiteral(model, far, {width, height, 1, distance + 100});
+    }
+    // Beyond 31 bits at the pole alone, where one basis function is above 2.
+    for (const float large : {1.2e9f, -1.2e9f}) {
+        std::vector<float> pole(tableCoefficients);
+        pole[CoefficientIndex(29, 0)] = large;
+        ExpectLiteral(model, pole, {width, height, 1, 100});
     }
     for (const float scale : {1e38f, -3e38f})
         ExpectLiteral(model, std::vector<float>(900, 1e-38f), {width, height, scale, 100});
