@@ -55,10 +55,7 @@ public:
         : bytes(bytes), tables(TablesOf(bytes.ConsumeIntegralInRange(1, mostSteps))),
           builder(*tables.builder)
     {
-        const int set = bytes.ConsumeIntegralInRange(0, 2);
-        const auto instructionSet = static_cast<orvane::InstructionSet>(set);
-        if (orvane::IsSupported(instructionSet))
-            builder.kernels = &orvane::KernelsFor(instructionSet);
+        UseInstructionSet();
     }
 
     void Run()
@@ -86,6 +83,14 @@ public:
     }
 
 private:
+    void UseInstructionSet()
+    {
+        const int set = bytes.ConsumeIntegralInRange(0, 2);
+        const auto instructionSet = static_cast<orvane::InstructionSet>(set);
+        if (orvane::IsSupported(instructionSet))
+            builder.kernels = &orvane::KernelsFor(instructionSet);
+    }
+
     [[noreturn]] void Differ(const char *job)
     {
         std::fprintf(stderr, "finding: %s differs from the literal model\n", job);
@@ -219,22 +224,33 @@ private:
                                         static_cast<std::size_t>(bands * bands), pixels.data()));
     }
 
+    /// Some renders, each of which may find what an earlier one has kept.
     void Render()
     {
-        const int bands = Bands();
-        const auto sh = Set(bands);
-        const int width = bytes.ConsumeIntegralInRange(1, 20);
-        const int height = bytes.ConsumeIntegralInRange(1, 5);
-        const int slices = bytes.ConsumeIntegralInRange(1, 3);
-        const int slice = bytes.ConsumeIntegralInRange(0, slices * slices - 1);
-        const auto scale = static_cast<float>(Number());
-        const int offset = bytes.ConsumeIntegralInRange(-300, 300);
-        builder.SetImageBuffer(width, height);
-        builder.RenderSHToImageBuffer(*sh, scale, offset, slices, slice);
-        std::vector<std::uint8_t> expected(static_cast<std::size_t>(width * height));
-        literal::Render(tables.literal, sh->coefficients.data(), bands, scale, offset, slices,
-                        slice, width, height, expected.data());
-        Expect("render", builder.imageBuffer.get(), expected.data(), expected.size());
+        for (int renders = bytes.ConsumeIntegralInRange(1, 4); renders > 0; --renders) {
+            const int bands = Bands();
+            const auto sh = Set(bands);
+            const int width = bytes.ConsumeIntegralInRange(1, 80);
+            const int height = bytes.ConsumeIntegralInRange(1, 5);
+            const int slices = bytes.ConsumeIntegralInRange(1, 3);
+            const int slice = bytes.ConsumeIntegralInRange(0, slices * slices - 1);
+            const auto scale = static_cast<float>(Number());
+            const int offset = bytes.ConsumeIntegralInRange(-300, 300);
+            const literal::Tables *model = &tables.literal;
+            if (Rarely(4)) {
+                model = &TablesOf(bytes.ConsumeIntegralInRange(1, mostSteps)).literal;
+                builder.GenerateLookUpTables(model->numSteps);
+            }
+            UseInstructionSet();
+            builder.SetImageBuffer(width, height);
+            builder.RenderSHToImageBuffer(*sh, scale, offset, slices, slice);
+            std::vector<std::uint8_t> expected(static_cast<std::size_t>(width * height));
+            literal::Render(*model, sh->coefficients.data(), bands, scale, offset, slices, slice,
+                            width, height, expected.data());
+            Expect("render", builder.imageBuffer.get(), expected.data(), expected.size());
+            if (builder.numSteps != tables.literal.numSteps)
+                builder.GenerateLookUpTables(tables.literal.numSteps);
+        }
     }
 
     void Importance()

@@ -1,7 +1,13 @@
 #include "model/LiteralRender.h"
+#include "orvane/builder/PictureTables.h"
 #include "tests/builder/BuilderCase.h"
 
+#include <random>
+#include <thread>
+
 namespace {
+
+using orvane::Kernels;
 
 struct Image : testing::Test, BuilderCase {
     std::vector<std::uint8_t> Pixels() const
@@ -108,6 +114,79 @@ TEST_F(Image, RefusesARenderBeforeAnyPixelIsWritten)
     EXPECT_EQ(Pixels(), std::vector<std::uint8_t>(36, 0));
     set.numBands = -3;
     EXPECT_NO_THROW(render(1, 0));
+}
+
+/// Renders, with something else changed before each, and compares with a new builder.
+void RenderInTurn(unsigned seed, int rounds)
+{
+    constexpr int sides[] = {1, 7, 16, 32, 33, 64, 100, 128, 200};
+    constexpr int tables[] = {16, 100, 256, 360};
+    std::mt19937 random(seed);
+    const auto any = [&](const auto &choices) { return choices[random() % std::size(choices)]; };
+    BuilderCase kept;
+    int steps = 256, width = 64, height = 16, bands = 5, slices = 1, slice = 0;
+    const Kernels *kernels = SupportedKernels()[0];
+    for (int round = 0; round < rounds; ++round) {
+        switch (random() % 6) {
+        case 0:
+            width = any(sides);
+            break;
+        case 1:
+            height = any(sides);
+            break;
+        case 2:
+            steps = any(tables);
+            break;
+        case 3:
+            bands = static_cast<int>(random() % 12 + 1);
+            break;
+        case 4:
+            kernels = any(SupportedKernels());
+            break;
+        default:
+            slices = static_cast<int>(random() % 4 + 1);
+            slice = static_cast<int>(random() % (slices * slices));
+        }
+        const auto set = MakeSet(bands, RandomCoefficients(bands * bands, round));
+        std::vector<std::uint8_t> pictures[2];
+        BuilderCase fresh;
+        for (SHBuilder *builder : {&kept.builder, &fresh.builder}) {
+            if (builder->numSteps != steps)
+                builder->GenerateLookUpTables(steps);
+            builder->UseInstructionSet(kernels->instructionSet);
+            builder->SetImageBuffer(width, height);
+            builder->RenderSHToImageBuffer(*set, 20, 128, slices, slice);
+            const std::uint8_t *first = builder->imageBuffer.get();
+            pictures[builder == &fresh.builder].assign(first, first + width * height);
+        }
+        ASSERT_EQ(pictures[0], pictures[1])
+            << width << " x " << height << ", " << steps << " steps, " << bands << " bands, slice "
+            << slice << " of " << slices << ", round " << round;
+    }
+}
+
+TEST(PictureTables, AreMadeAnewForWhateverChanges)
+{
+    RenderInTurn(1, 150);
+}
+
+TEST(PictureTables, OfTwoThreadsDoNotMeet)
+{
+    std::thread other(RenderInTurn, 2, 20);
+    RenderInTurn(3, 20);
+    other.join();
+}
+
+TEST_F(Image, KeepsAtMostFourMegabytesForPictures)
+{
+    builder.GenerateLookUpTables(2048);
+    SetRandomly(30);
+    for (const auto &[width, height] : {std::pair{4097, 1}, {1, 3000}, {4095, 700}}) {
+        builder.SetImageBuffer(width, height);
+        builder.RenderSHToImageBuffer(set, 20, 128, 1, 0);
+        EXPECT_LE(builder.pictureTables->Size(), 4'000'000);
+    }
+    EXPECT_GT(builder.pictureTables->Size(), 1'000'000);
 }
 
 } // namespace
