@@ -154,7 +154,8 @@ TEST_F(Render, SinglePrecisionBoundCoversRoundingsThatAddUp)
     for (const int width : {16, 32, 50, 64, 101, 128, 256, 512})
         for (const int segments : {1, 2, 4, 8, 16})
             for (const bool ofSines : {false, true}) {
-                const double phi = (width / 4 + 1) * static_cast<double>(6.2831855f / width);
+                const int column = width / 4 + 1;
+                const double phi = column * static_cast<double>(6.2831855f / width);
                 std::vector<int> small;
                 for (int m = 1; m < 30; ++m) {
                     const int rest = m % segments;
