@@ -71,11 +71,9 @@ def load_with_notes(path):
     Raises ValueError, IOError as `load`
     """
     with open(path, "rb") as opened:
-        size = os.fstat(opened.fileno()).st_size
-        if size > _LARGEST:
-            raise ValueError("%s: %d bytes; expected at most %d"
-                             % (path, size, _LARGEST))
-        text = opened.read()
+        text = opened.read(_LARGEST + 1)
+    if len(text) > _LARGEST:
+        raise ValueError("%s: more than %d bytes" % (path, _LARGEST))
     try:
         return parsed(text)
     except (ValueError, RuntimeError) as error:  # nested too deeply
@@ -88,7 +86,7 @@ def parsed(text):
     Raises ValueError, with the place, and RuntimeError
     """
     try:
-        contents = json.loads(text.decode("utf-8"))
+        contents = json.loads(text.decode("utf-8"), parse_int=_whole)
     except UnicodeDecodeError as error:
         raise ValueError("no text: byte %d is not UTF-8" % error.start)
     if not isinstance(contents, dict) or contents.get("format") != _FORMAT:
@@ -140,9 +138,11 @@ def write_whole(path, contents):
 
 
 def _dumped(value):
-    return json.dumps(value, ensure_ascii=False, sort_keys=True,
-                      allow_nan=False).encode("utf-8") \
-        if not isinstance(value, str) else json.dumps(value)
+    # Once there and back: then all texts are unicode, whether they came as
+    # that or as UTF-8, and can be written as they are read.
+    texts = json.loads(json.dumps(value, allow_nan=False))
+    return json.dumps(texts, ensure_ascii=False,
+                      sort_keys=True).encode("utf-8")
 
 
 def _lines(sh):
@@ -185,6 +185,11 @@ def _set(lists, number, channel):
             words.append(_word(value, "%sband %d, order %d" % (
                 channel, l, place - l)))
     return from_bytes("".join(words), number)
+
+
+def _whole(digits):
+    """A number without a point; int takes the square of the length."""
+    return int(digits) if len(digits) < 400 else float(digits)
 
 
 def _word(value, place):

@@ -6,6 +6,7 @@ from operator import mul
 from .grids import legendre_columns, trig_columns
 from .sets import MOST_BANDS, make_set
 
+_LARGEST = 3.4e38  # of single precision
 _MOST_ROUNDS = 200
 _ENOUGH = 1e-12  # of the squared residual: single precision at the end
 
@@ -24,8 +25,8 @@ def fitted(points, bands, smoothing=1e-8, progress=None):
     progress: called with the part that is done, 0 to 1, now and then
 
     Returns a new set
-    Raises ValueError: no points, a number that is not finite, bands,
-        smoothing
+    Raises ValueError: no points, one that is no triple, a number that is
+        not finite, bands, smoothing
     """
     if not 1 <= bands <= MOST_BANDS:
         raise ValueError("bands is %d; expected 1 to %d" % (bands, MOST_BANDS))
@@ -34,11 +35,15 @@ def fitted(points, bands, smoothing=1e-8, progress=None):
     points = list(points)
     if not points:
         raise ValueError("no points; expected one or more")
-    for number, (theta, phi, value) in enumerate(points):
-        for name, each in ("theta", theta), ("phi", phi), ("value", value):
-            if each - each != 0.0:
+    for number, point in enumerate(points):
+        if len(point) != 3:
+            raise ValueError("point %d is %r; expected (theta, phi, value)"
+                             % (number, point))
+        for name, each in zip(("theta", "phi", "value"), point):
+            if not abs(each) <= _LARGEST:
                 raise ValueError("%s of point %d is %r; expected a finite "
-                                 "number" % (name, number, each))
+                                 "number of single precision"
+                                 % (name, number, each))
     columns = _basis(points, bands)
     rows = zip(*columns)
     scale = 4 * math.pi / len(points)

@@ -17,17 +17,17 @@ def combined(function, sets, bands=30, density=1):
     sets: a sequence of sets, or of tuples of three, whose channels are
         combined separately
     bands: of the result, 1 to 30
-    density: of the grid in each direction, 1 and up
+    density: of the grid in each direction, 1 to 16
 
     Returns a new set, or a tuple of three
     Raises ValueError: no set, bands, density, a result that is not finite;
-        TypeError: not a set
+        TypeError: not a set, a result that is no number
     """
     _require_bands(bands)
     if not sets:
         raise ValueError("no sets; expected one or more")
-    if density < 1:
-        raise ValueError("density is %r; expected 1 or more" % (density,))
+    if not 1 <= density <= 16:
+        raise ValueError("density is %r; expected 1 to 16" % (density,))
     groups = [channels(sh) for sh in sets]
     colour = max(groups, key=len)
     groups = [group if len(group) == len(colour) else group * len(colour)
@@ -66,6 +66,9 @@ def _require_bands(bands):
 def _combined(function, lists, bands, grid):
     values = map(function, *[grid.values(each) for each in lists])
     for value in values:
+        if not isinstance(value, (int, long, float)):
+            raise TypeError("the function gives %r; expected numbers"
+                            % (value,))
         if value - value != 0.0:
             raise ValueError("the function gives %r; expected finite numbers"
                              % (value,))

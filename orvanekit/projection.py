@@ -30,7 +30,8 @@ def projected(values, width, height, bands):
     if width < least or height < least:
         raise ValueError("%d x %d pixels; %d bands take at least %d x %d"
                          % (width, height, bands, least, least))
-    colour = isinstance(values, tuple) and hasattr(values[0], "__len__")
+    colour = (isinstance(values, tuple) and len(values) > 0
+              and hasattr(values[0], "__len__"))
     planes = values if colour else (values,)
     if len(planes) not in (1, 3):
         raise ValueError("%d channels; expected 1 or 3" % len(planes))

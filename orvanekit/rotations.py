@@ -19,7 +19,9 @@ def rotation(axis, angle):
     Returns the 4x4 tuple for RotateSH
     Raises ValueError: an axis of length 0, or not finite
     """
-    length = math.sqrt(sum(float(each) ** 2 for each in axis))
+    if len(axis) != 3:
+        raise ValueError("axis %r; expected (x, y, z)" % (tuple(axis),))
+    length = math.sqrt(sum(float(each) * each for each in axis))
     if not 0 < length < float("inf"):
         raise ValueError("axis %r has the length %r; expected a direction"
                          % (tuple(axis), length))
@@ -110,6 +112,8 @@ def _finite(angle):
 
 
 def _direction(place):
+    if len(place) != 2:
+        raise ValueError("place %r; expected (theta, phi)" % (tuple(place),))
     theta, phi = place
     _finite(theta)
     _finite(phi)

@@ -7,6 +7,7 @@ import _Orvane
 
 # The most bands that the module evaluates.
 MOST_BANDS = 30
+_INFINITY = float("inf")
 
 
 def coefficients(sh):
@@ -27,7 +28,9 @@ def make_set(values):
     values: sequence of floats, a square number of them, 0 to 900
 
     Returns a new set of sqrt(len(values)) bands
-    Raises ValueError naming the number of values and the nearest squares.
+    Raises ValueError naming the number of values and the nearest squares, or
+        the first that is beyond single precision (infinities and NaN are
+        kept); TypeError: not numbers
     """
     count = len(values)
     root = int(math.sqrt(count) + 0.5)
@@ -37,7 +40,13 @@ def make_set(values):
         raise ValueError("%d coefficients; expected a square of 0 to %d, "
                          "such as %s" % (count, MOST_BANDS,
                                          " or ".join(map(str, nearest))))
-    return from_bytes(array.array("f", values).tostring(), root)
+    singles = array.array("f", values)
+    if _INFINITY in singles or -_INFINITY in singles:
+        for i, (value, single) in enumerate(zip(values, singles)):
+            if abs(single) == _INFINITY != abs(value):
+                raise ValueError("coefficient %d is %r; expected a number of "
+                                 "single precision" % (i, value))
+    return from_bytes(singles.tostring(), root)
 
 
 def from_bytes(contents, number):

@@ -85,7 +85,7 @@ def heat(bands, width):
     Raises ValueError for a negative number or width
     """
     _require(bands)
-    if not width >= 0:
+    if not 0 <= width < float("inf"):
         raise ValueError("width is %r; expected radians, 0 or more"
                          % (width,))
     return [math.exp(-l * (l + 1) * width * width / 2) for l in range(bands)]

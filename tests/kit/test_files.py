@@ -62,6 +62,8 @@ class FilesTest(unittest.TestCase):
         self.assertIn(b"  [0.100000001],\n  [0.0, -2.5, 1e-30]", text)
         self.assertEqual(kit.load_with_notes(self.path)[1], {"place": u"Zürich",
                                                              "taken": [2026, 7]})
+        kit.save(self.path, kit.make_set([]), place="Zürich", by=u"Zoë")  # the first is UTF-8
+        self.assertEqual(kit.load_with_notes(self.path)[1]["place"], u"Zürich")
 
     def test_whole_or_not_at_all(self):
         sh = kit.make_set([1.0])
@@ -97,6 +99,7 @@ class FilesTest(unittest.TestCase):
         self.refuses(b"", "JSON")
         self.refuses(b"P5 3 3 255\n")
         self.refuses(b"[" * 100000)
+        self.refuses(good.replace(b"4.0", b"9" * 1000000), "order 1")  # at once
         self.refuses(good + b" " * (1 << 20), "bytes")
 
     def test_damage(self):

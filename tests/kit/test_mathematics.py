@@ -7,6 +7,7 @@ import unittest
 
 import _Orvane
 import orvanekit as kit
+from orvanekit import grids
 
 PI = math.pi
 BUILDER = _Orvane.SHBuilder()
@@ -88,6 +89,8 @@ class SetsTest(KitTest):
         self.assertEqual(kit.make_set([]).numBands, 0)
         self.refuses(ValueError, "5 coefficients|4 or 9", kit.make_set, [1.0] * 5)
         self.refuses(ValueError, "961|900", kit.make_set, [0.0] * 961)
+        self.refuses(ValueError, "coefficient 2 is 1e+39", kit.make_set,
+                     [0.0, float("inf"), 1e39, 0.0])
         self.refuses(TypeError, "list", kit.coefficients, values)
 
     def test_arguments_stay(self):
@@ -127,7 +130,8 @@ class WindowsTest(KitTest):
                 self.assertAlmostEqual(got, wanted, 14)
         for function, arguments in [(kit.heat, (3, -1.0)), (kit.cap, (3, 0.0)),
                                     (kit.cap, (3, 4.0)), (kit.hann, (-1,)),
-                                    (kit.heat, (3, float("nan")))]:
+                                    (kit.heat, (3, float("nan"))),
+                                    (kit.heat, (3, float("inf")))]:
             self.refuses(ValueError, "expected", function, *arguments)
         self.refuses(ValueError, "3|4", kit.filtered, random_set(4), [1.0] * 3)
 
@@ -242,6 +246,18 @@ class ProjectionTest(KitTest):
 
 
 class PointwiseTest(KitTest):
+    def test_own_sums_are_the_values_of_the_module(self):
+        """At its tables' steps: a 60th of a step on, where 29 phi is read at its own step too."""
+        sh = random_set(30)
+        values = kit.coefficients(sh).tolist()
+        step, numbers = 2 * PI / STEPS, random.Random(4)
+        for _ in range(100):
+            i, j = numbers.randrange(STEPS // 2), numbers.randrange(STEPS)
+            row = grids.row_sums(values, 30, [i * step])[0]
+            own = sum(p * q for p, q in zip(row, grids.trig_row(30, j * step)))
+            self.assertAlmostEqual(own, BUILDER.GetValueAt(sh, (j + 1 / 60.) * step,
+                                                           (i + 0.5) * step), 5)
+
     def test_product(self):
         a, b = random_set(5, 1), random_set(4, 2)
         both = kit.product(a, b, 8)
@@ -259,6 +275,7 @@ class PointwiseTest(KitTest):
                 for at in places(200)]
         self.assertLess(math.sqrt(sum(m * m for m in miss) / len(miss)), 0.01)
         self.refuses(ValueError, "inf", kit.combined, lambda x: float("inf"), [a])
+        self.refuses(TypeError, "None", kit.combined, lambda x: None, [a])
         self.refuses(ValueError, "no sets", kit.combined, max, [])
 
     def test_fitted(self):
@@ -272,7 +289,8 @@ class PointwiseTest(KitTest):
         # Beyond the poles the same places are meant.
         over = [(-theta, phi - PI, v) for theta, phi, v in points]
         self.assertLess(differs(fit, kit.fitted(over, 6, 0.0)), 1e-5)
-        for words, points in (("no points", []), ("value of point 1 is nan", [
+        for words, points in (("no points", []), ("point 0 is (1.0, 2.0)", [(1.0, 2.0)]),
+                              ("value of point 1 is nan", [
                 (1.0, 1.0, 1.0), (1.0, 1.0, float("nan"))])):
             self.refuses(ValueError, words, kit.fitted, points, 3)
 
