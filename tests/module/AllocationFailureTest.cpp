@@ -182,7 +182,6 @@ constexpr const char *calls[] = {
     "b.GetValueAtBand(sh, 1.0, 0.5, 1)",
     "b.SHBasisFunc(5, 1.0, 0.5)",
     "b.CopySH(sh)",
-    "b.RotateSH(sh, matrix)", // with the constants that the first call of all makes
     "b.RotateSH(sh, matrix)",
     "b.RotateZ(sh, 0.25)",
     "b.GetGaussDensity(1.0, 0.5, 2.0)",
