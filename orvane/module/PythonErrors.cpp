@@ -40,9 +40,11 @@ void RaiseNoSet(unsigned int argument)
 
 void SetPythonError() noexcept
 {
+    // Whoever threw has said why: the module itself, or a host with an exception of its own.
+    if (PyErr_Occurred())
+        return;
     try {
         throw;
-    } catch (const ErrorAlreadySet &) {
     } catch (const MissingSet &error) {
         SetNoSet(static_cast<unsigned int>(error.argument));
     } catch (const NotReady &error) {
