@@ -17,6 +17,30 @@ void SetNoSet(unsigned int argument) noexcept
                  static_cast<int>(argument), "class SphericalHarmonic");
 }
 
+/// Sets the Python exception for the C++ exception being handled.
+void TranslateException() noexcept
+{
+    try {
+        throw;
+    } catch (const MissingSet &error) {
+        SetNoSet(static_cast<unsigned int>(error.argument));
+    } catch (const NotReady &error) {
+        PyErr_SetString(PyExc_RuntimeError, error.what());
+    } catch (const std::out_of_range &error) {
+        PyErr_SetString(PyExc_IndexError, error.what());
+    } catch (const std::invalid_argument &error) {
+        PyErr_SetString(PyExc_ValueError, error.what());
+    } catch (const std::bad_alloc &) {
+        PyErr_NoMemory();
+    } catch (const std::length_error &) {
+        PyErr_NoMemory();
+    } catch (const std::exception &error) {
+        PyErr_SetString(PyExc_RuntimeError, error.what());
+    } catch (...) {
+        PyErr_SetString(PyExc_SystemError, "unknown C++ exception");
+    }
+}
+
 } // namespace
 
 void RaiseTypeError(const char *format, ...)
@@ -40,28 +64,10 @@ void RaiseNoSet(unsigned int argument)
 
 void SetPythonError() noexcept
 {
-    // Whoever threw has said why: the module itself, or a host with an exception of its own.
-    if (PyErr_Occurred())
-        return;
-    try {
-        throw;
-    } catch (const MissingSet &error) {
-        SetNoSet(static_cast<unsigned int>(error.argument));
-    } catch (const NotReady &error) {
-        PyErr_SetString(PyExc_RuntimeError, error.what());
-    } catch (const std::out_of_range &error) {
-        PyErr_SetString(PyExc_IndexError, error.what());
-    } catch (const std::invalid_argument &error) {
-        PyErr_SetString(PyExc_ValueError, error.what());
-    } catch (const std::bad_alloc &) {
-        PyErr_NoMemory();
-    } catch (const std::length_error &) {
-        PyErr_NoMemory();
-    } catch (const std::exception &error) {
-        PyErr_SetString(PyExc_RuntimeError, error.what());
-    } catch (...) {
-        PyErr_SetString(PyExc_SystemError, "unknown C++ exception");
-    }
+    // Where there is one, whoever threw has said why: the module itself, or a host with an
+    // exception of its own.
+    if (!PyErr_Occurred())
+        TranslateException();
 }
 
 } // namespace orvane::binding
