@@ -1,6 +1,7 @@
 #include "orvane/builder/SHBuilder.h"
 
 #include "orvane/builder/PictureTables.h"
+#include "orvane/kernels/Kernels.h"
 
 SHBuilder::SHBuilder()
     : kernels(&orvane::BestKernels()), pictureTables(std::make_unique<orvane::PictureTables>())
@@ -13,8 +14,33 @@ SHBuilder::~SHBuilder()
     imageBuffer.reset();
 }
 
-/// @throws std::invalid_argument where the processor lacks it
 void SHBuilder::UseInstructionSet(orvane::InstructionSet instructionSet)
 {
     kernels = &orvane::KernelsFor(instructionSet);
+}
+
+void SHBuilder::GenerateLookUpTables(std::int32_t numSteps)
+{
+    tables.Generate(numSteps, *kernels);
+}
+
+double SHBuilder::GetValueAt(const SphericalHarmonic &sh, double phi, double theta)
+{
+    return tables.Evaluate(sh, sh.numBands, "numBands", phi, theta, *kernels);
+}
+
+double SHBuilder::GetValueAtBand(const SphericalHarmonic &sh, double phi, double theta,
+                                 std::int32_t band)
+{
+    return tables.Evaluate(sh, band, "band", phi, theta, *kernels);
+}
+
+double SHBuilder::SHBasisFunc(std::int32_t index, double phi, double theta) const
+{
+    return tables.BasisValue(index, phi, theta);
+}
+
+void SHBuilder::GenerateImporanceIntegralMipMaps()
+{
+    integrals.Generate(tables);
 }

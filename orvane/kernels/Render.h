@@ -12,8 +12,8 @@
 // What depends on the size of the picture and on the tables, but not on the set, is laid out first
 // (LayRows, LayColumns) and serves any number of renders.
 
+#include "orvane/base/PolarRow.h"
 #include "orvane/kernels/AngleFactors.h"
-#include "orvane/kernels/PolarTable.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "orvane/module/PythonErrors.h"
 
-#include "orvane/sh/Errors.h"
+#include "orvane/base/Errors.h"
 
 #include <cstdarg>
 #include <new>

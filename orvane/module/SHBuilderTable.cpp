@@ -77,16 +77,17 @@ NewReference<ScriptType::Set> CreateSHFromImageBuffer(SHBuilder &builder, std::i
 }
 
 constexpr AttributeRow attributes[] = {
-    {"angleName", AttributeTypeDouble, offsetof(SHBuilder, angleScale), AttributeReadable,
+    {"angleName", AttributeTypeDouble, offsetof(SHBuilder, tables.angleScale), AttributeReadable,
      "The angle scale for used converting phi and theta to lut lookup indices",
      "Table steps per radian; 0.0 before GenerateLookUpTables."},
-    {"numSteps", AttributeTypeInt32, offsetof(SHBuilder, numSteps), AttributeReadable,
+    {"numSteps", AttributeTypeInt32, offsetof(SHBuilder, tables.numSteps), AttributeReadable,
      "The number of steps in the sin and cos LUT",
      "Steps in a full circle, as GenerateLookUpTables was given them; 0 before."},
-    {"maxBands", AttributeTypeInt32, offsetof(SHBuilder, maxBands), AttributeReadable,
+    {"maxBands", AttributeTypeInt32, offsetof(SHBuilder, tables.maxBands), AttributeReadable,
      "The max number of bans supported", "30 from GenerateLookUpTables on; 0 before."},
-    {"maxCoefficients", AttributeTypeInt32, offsetof(SHBuilder, maxCoefficients), AttributeReadable,
-     "The max number of coefficents supported", "900 from GenerateLookUpTables on; 0 before."},
+    {"maxCoefficients", AttributeTypeInt32, offsetof(SHBuilder, tables.maxCoefficients),
+     AttributeReadable, "The max number of coefficents supported",
+     "900 from GenerateLookUpTables on; 0 before."},
 };
 
 // Texts that several notes share.

@@ -1,6 +1,6 @@
 #include "orvane/sh/Basis.h"
 
-#include "orvane/sh/Constants.h"
+#include "orvane/base/Constants.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -33,7 +33,6 @@ constexpr double factorials[2 * tableBands - 1] = {
 const std::array<double, tableCoefficients> &NormalisationTable()
 {
     static const std::array<double, tableCoefficients> table = [] {
-        constexpr double pi = 0x1.921fb54442d18p+1; // 3.141592653589793
         std::array<double, tableCoefficients> values{};
         for (int l = 0; l < tableBands; ++l)
             for (int m = -l; m <= l; ++m) {

@@ -2,7 +2,7 @@
 
 // Integrals of the associated Legendre functions over bands of cos theta.
 
-#include "orvane/kernels/PolarTable.h"
+#include "orvane/base/PolarRow.h"
 
 #include <array>
 
