@@ -4,7 +4,7 @@
 
 #include "teskexposure/include/TeskCollections"
 #include "teskexposure/include/TeskWeakRef"
-#include "tests/native/Describe.h"
+#include "orvane/bare/Describe.h"
 #include "tests/tesk/NothingIsLeft.h"
 
 #include <gtest/gtest.h>
