@@ -11,7 +11,7 @@ namespace orvane::binding {
 namespace {
 
 /// The class is named as the Microsoft compiler's type information names it.
-void SetNoSet(unsigned int argument) noexcept
+void SetNotASetError(unsigned int argument) noexcept
 {
     PyErr_Format(PyExc_TypeError, "Could not match argument %i to expected type: %s.",
                  static_cast<int>(argument), "class SphericalHarmonic");
@@ -23,7 +23,7 @@ void TranslateException() noexcept
     try {
         throw;
     } catch (const MissingSet &error) {
-        SetNoSet(static_cast<unsigned int>(error.argument));
+        SetNotASetError(static_cast<unsigned int>(error.argument));
     } catch (const NotReady &error) {
         PyErr_SetString(PyExc_RuntimeError, error.what());
     } catch (const std::out_of_range &error) {
@@ -56,9 +56,9 @@ void RaiseTypeError(const char *format, ...)
     throw ErrorAlreadySet();
 }
 
-void RaiseNoSet(unsigned int argument)
+void RaiseNotASet(unsigned int argument)
 {
-    SetNoSet(argument);
+    SetNotASetError(argument);
     throw ErrorAlreadySet();
 }
 

@@ -2,7 +2,7 @@
 
 #include <Python.h>
 
-#include "tesk/core/ClassTable.h"
+#include "tesk/core/ClassRegistry.h"
 #include "teskexposure/include/TeskPython"
 #include "teskexposure/include/TeskSmartPtr"
 
