@@ -27,7 +27,7 @@
 
 namespace {
 
-constexpr int mostSteps = 24;
+constexpr int maxSteps = 24;
 
 /// Tables of one size, both ways; made once, for they are the costliest part.
 struct Tables {
@@ -42,7 +42,7 @@ struct Tables {
 
 Tables &TablesOf(int steps)
 {
-    static std::unique_ptr<Tables> tables[mostSteps + 1];
+    static std::unique_ptr<Tables> tables[maxSteps + 1];
     if (!tables[steps])
         tables[steps] = std::make_unique<Tables>(steps);
     return *tables[steps];
@@ -52,7 +52,7 @@ Tables &TablesOf(int steps)
 class Job {
 public:
     explicit Job(FuzzedDataProvider &bytes)
-        : bytes(bytes), tables(TablesOf(bytes.ConsumeIntegralInRange(1, mostSteps))),
+        : bytes(bytes), tables(TablesOf(bytes.ConsumeIntegralInRange(1, maxSteps))),
           builder(*tables.builder)
     {
         UseInstructionSet();
@@ -238,7 +238,7 @@ private:
             const int offset = bytes.ConsumeIntegralInRange(-300, 300);
             const literal::Tables *model = &tables.literal;
             if (Rarely(4)) {
-                model = &TablesOf(bytes.ConsumeIntegralInRange(1, mostSteps)).literal;
+                model = &TablesOf(bytes.ConsumeIntegralInRange(1, maxSteps)).literal;
                 builder.GenerateLookUpTables(model->numSteps);
             }
             UseInstructionSet();

@@ -51,12 +51,11 @@ SphericalHarmonic &SHBuilder::CreateSHFromImageBuffer(SphericalHarmonic &sh, std
     RequireImageSize(width, height);
     const std::int32_t count = CoefficientCount(band);
     // Without samples nothing reads the tables, and a set of any size is NaN throughout.
-    const std::int32_t mostCoefficients =
+    const std::int32_t maxCoefficients =
         sphericalSamples.empty() ? std::numeric_limits<std::int32_t>::max() : tableCoefficients;
-    if (count < 0 || count > mostCoefficients)
-        throw std::invalid_argument(
-            IllegalValue("band", band,
-                         "bands of at most " + std::to_string(mostCoefficients) + " coefficients"));
+    if (count < 0 || count > maxCoefficients)
+        throw std::invalid_argument(IllegalValue(
+            "band", band, "bands of at most " + std::to_string(maxCoefficients) + " coefficients"));
     if (count > 0 && !sphericalSamples.empty() && (width == 0 || height == 0))
         throw std::invalid_argument("the image has no pixels; expected at least 1");
 

@@ -1,10 +1,8 @@
 // No cell is ever made. A point's way down the full tree is 11 levels of two comparisons, phi and
 // cos theta each against the midpoint of the cell it has reached, and those midpoints are fixed
-// numbers:
+// numbers. That makes 22 bits:
 //
 //   path = phi bit, cos bit of level 1 | phi bit, cos bit of level 2 | ... | of level 11
-//
-// (22 bits).
 //
 // Points that share a cell of depth d are those whose paths share the first 2 d bits. A point's
 // leaf is the largest cell that it has for itself; so with all paths in order, it lies one level

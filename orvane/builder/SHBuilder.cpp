@@ -10,7 +10,8 @@ SHBuilder::SHBuilder()
 
 SHBuilder::~SHBuilder()
 {
-    // The image goes before all arrays, which follow in reverse order of their declaration.
+    // The image goes before all arrays, which follow in reverse order of their declaration: that is
+    // the order in which a builder's memory is given back.
     imageBuffer.reset();
 }
 

@@ -174,7 +174,9 @@ public:
     /// density 0; they replace the earlier ones.
     /// @param sqrtNumSamples samples per axis, at most 16,384; none below 1
     /// @param numGaussSamples offsets, at most 2^27; 1 where it is below
-    /// @throws std::invalid_argument above these; std::bad_alloc. The generator is then as it was.
+    /// @throws std::invalid_argument above these
+    /// @throws std::bad_alloc
+    /// The generator is then as it was.
     void GeneratePDFSamples(std::int32_t seed, std::int32_t sqrtNumSamples,
                             std::int32_t numGaussSamples);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// Job: the rotation of the whole bands of a set by a 3 x 3 matrix, through the recurrence of
+// Kernel: the rotation of the whole bands of a set by a 3 x 3 matrix, through the recurrence of
 //
 //   J. Ivanic and K. Ruedenberg, "Rotation Matrices for Real Spherical Harmonics. Direct
 //   Determination by Recursion", J. Phys. Chem. 100 (1996) 6342, with the corrections of 102 (1998)

@@ -1,6 +1,6 @@
 #pragma once
 
-// Job: the associated Legendre functions of 30 bands at every theta step as one array per
+// Kernel: the associated Legendre functions of 30 bands at every theta step as one array per
 // coefficient index, and the normalised rows of the polar table for the first of the steps.
 
 #include <cstdint>

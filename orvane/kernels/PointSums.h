@@ -1,6 +1,6 @@
 #pragma once
 
-// Job: adding weighted points of the sphere to the coefficients of every basis function, the inner
+// Kernel: adding weighted points of the sphere to the coefficients of every basis function, the inner
 // loop of every projection.
 
 #include "orvane/base/PolarRow.h"

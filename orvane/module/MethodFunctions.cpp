@@ -1,7 +1,6 @@
 #include "orvane/module/MethodFunctions.h"
 
 #include "orvane/module/SharedView.h"
-#include "orvane/sh/Arithmetic.h"
 #include "orvane/sh/CoefficientBuffer.h"
 #include "orvane/sh/Rotation.h"
 

@@ -46,7 +46,11 @@ const std::array<double, tableCoefficients> &NormalisationTable()
     return table;
 }
 
-// [2] equations (6.8.7) to (6.8.9).
+// The recurrence over the bands of one order, [2] equations (6.8.7) to (6.8.9):
+//
+//   P(m, m)     = (-1)^m (2m - 1)!! (1 - x^2)^(m / 2)
+//   P(m + 1, m) = (2m + 1) x P(m, m)
+//   P(l, m)     = ((2l - 1) x P(l - 1, m) - (l + m - 1) P(l - 2, m)) / (l - m)
 double LegendreP(int l, int m, double x)
 {
     double pmm = 1.0;
