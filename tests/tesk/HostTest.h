@@ -2,9 +2,9 @@
 
 // A class of objects to try the host with, and a fixture that sees to it that nothing is left.
 
-#include "orvane/bare/Describe.h"
 #include "teskexposure/include/TeskCollections"
 #include "teskexposure/include/TeskWeakRef"
+#include "tests/native/Describe.h"
 #include "tests/tesk/NothingIsLeft.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // The exposed classes for programs that have no Python. Where there is one, orvane/module describes
 // them instead.
 
-#include "orvane/bare/Describe.h"
 #include "orvane/builder/SHBuilder.h"
+#include "tests/native/Describe.h"
 
 ClassDescriptor *SphericalHarmonic::StaticClassDescriptor()
 {
