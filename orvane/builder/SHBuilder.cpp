@@ -1,6 +1,7 @@
 #include "orvane/builder/SHBuilder.h"
 
 #include "orvane/builder/PictureTables.h"
+#include "orvane/builder/Random.h"
 #include "orvane/kernels/Kernels.h"
 
 SHBuilder::SHBuilder()
@@ -44,4 +45,14 @@ double SHBuilder::SHBasisFunc(std::int32_t index, double phi, double theta) cons
 void SHBuilder::GenerateImporanceIntegralMipMaps()
 {
     integrals.Generate(tables);
+}
+
+void SHBuilder::SetRandomSeed(std::int32_t seed)
+{
+    platform::srand(static_cast<std::uint32_t>(seed));
+}
+
+double SHBuilder::GetGaussDensity(const double &x, const double &mean, const double &stdDev)
+{
+    return orvane::GaussDensity(x, mean, stdDev);
 }

@@ -104,7 +104,7 @@ public:
     SphericalHarmonic *CopyScaleAndSubtractSH(SphericalHarmonic *target, SphericalHarmonic *toCopy,
                                               float scale, SphericalHarmonic *toSubtract);
 
-    // Random numbers: Random.cpp
+    // Random numbers: Random.h
 
     /// Seeds the calling thread's generator, which all builders share.
     void SetRandomSeed(std::int32_t seed);
