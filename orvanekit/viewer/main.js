@@ -42,17 +42,19 @@ function setReadings(line, readings) {
 
 // ---- What is shown ----
 
-// One function to a panel: its name, whole coefficients of each channel.
+// One function to a panel: its name and bands, whole coefficients of each channel.
 function shownFunctions() {
   const [a, b] = [sets[state.a - 1], sets[state.b - 1]];
+  const bands = Math.max(a.bands, b.bands);
   const percent = Math.round(100 * state.blend);
   switch (state.show) {
     case "side": return [a, b];
     case "difference":
-      return [{ name: `${a.name} \u2212 ${b.name}`, channels: combined(a, 1, b, -1) }];
+      return [{ name: `${a.name} \u2212 ${b.name}`, bands, channels: combined(a, 1, b, -1) }];
     case "blend":
       return [{
         name: `${100 - percent} % ${a.name} + ${percent} % ${b.name}`,
+        bands,
         channels: combined(a, 1 - state.blend, b, state.blend),
       }];
     default: return [a];
@@ -145,9 +147,10 @@ class Panel {
   // Takes a function over: cuts it, evaluates it, finds its extremes.
   take(shown) {
     this.whole = shown.channels;
+    this.bands = Math.min(state.bands, shown.bands);
     this.channels = shown.channels.map(
-      each => windowed(each, state.bands, state.window, state.width));
-    this.layer = gridOf(this.channels, state.bands, this.layer && this.layer.grid);
+      each => windowed(each, this.bands, state.window, state.width));
+    this.layer = gridOf(this.channels, this.bands, this.layer && this.layer.grid);
     const { grid, channels } = this.layer;
     this.found = this.channels.map((each, i) => extremes(each, grid, i, channels));
     this.powers = sumOfPowers(this.channels);
@@ -209,7 +212,7 @@ class Panel {
       colours);
     const all = this.powers.reduce((a, b) => a + b, 0);
     const share = band => all ? 100 * this.powers[band] / all : 0;
-    setReadings(this.band, pointedBand === null ? [`power ${number(all)}`]
+    setReadings(this.band, pointedBand === null ? [`power of all bands ${number(all)}`]
       : [`band ${pointedBand}`, `power ${number(this.powers[pointedBand])}`,
         `${share(pointedBand).toPrecision(3)} %`]);
   }
@@ -233,20 +236,27 @@ class Panel {
 
   listen() {
     const { globe, map, spectrum: bars } = this;
-    let held = null;
+    const held = new Map();     // the mouse, or fingers, by their pointers' numbers
     globe.addEventListener("pointerdown", event => {
       if (event.button) return;
-      held = { x: event.clientX, y: event.clientY };
+      held.set(event.pointerId, event);
       globe.setPointerCapture(event.pointerId);
     });
     for (const kind of ["pointerup", "pointercancel"]) {
-      globe.addEventListener(kind, () => { held = null; });
+      globe.addEventListener(kind, event => held.delete(event.pointerId));
     }
     globe.addEventListener("pointermove", event => {
-      if (!held) return;
-      const radius = globeRadius(globe.clientWidth, globe.clientHeight, state.zoom);
-      turn((held.y - event.clientY) / radius, (held.x - event.clientX) / radius);
-      held = { x: event.clientX, y: event.clientY };
+      const before = held.get(event.pointerId);
+      if (!before) return;
+      held.set(event.pointerId, event);
+      const other = Array.from(held.values()).find(each => each.pointerId !== event.pointerId);
+      const apart = one => Math.max(20, Math.hypot(one.clientX - other.clientX,
+        one.clientY - other.clientY));
+      if (other) zoom(apart(event) / apart(before));
+      else {
+        const radius = globeRadius(globe.clientWidth, globe.clientHeight, state.zoom);
+        turn((before.clientY - event.clientY) / radius, (before.clientX - event.clientX) / radius);
+      }
     });
     globe.addEventListener("wheel", event => {
       // At the poles the page scrolls on.
@@ -430,7 +440,7 @@ function showControls() {
 function showSliders() {
   for (const [name, text] of Object.entries(SLIDERS)) {
     const control = form.elements[name];
-    control.parentElement.querySelector("output").textContent = text(state[name]);
+    control.parentElement.querySelector(".amount").textContent = text(state[name]);
     control.setAttribute("aria-valuetext", text(state[name]));
   }
 }
@@ -519,8 +529,8 @@ document.getElementById("save").addEventListener("click", () => wholePicture().t
 }));
 
 document.getElementById("copy").addEventListener("click", async () => {
-  const { channels, h2 } = panels[0];
-  const text = setText(h2.textContent, Math.min(state.bands, mostBands), channels);
+  const { channels, bands, h2 } = panels[0];
+  const text = setText(h2.textContent, bands, channels);
   try {
     await navigator.clipboard.writeText(text);
     said.textContent = "The set is on the clipboard, as it is shown";
@@ -537,16 +547,19 @@ document.getElementById("reset").addEventListener("click", () => {
 
 // ---- Beginning ----
 
-// The first picture does not wait for a graphics processor.
+// The first picture does not wait for a graphics processor; painter=webgl2 or painter=plain in the
+// address chooses.
 function choosePainter() {
-  const shader = shaderPainter(() => usePainter(plainPainter(), "plain"));
+  const shader = state.painter !== "plain"
+    && shaderPainter(state.painter === "webgl2", () => usePainter(plainPainter(), "plain"));
   if (shader) usePainter(shader, "webgl2");
   else usePainter(painter, "plain");
 }
 
 function usePainter(chosen, name) {
   painter = chosen;
-  document.getElementById("plain").hidden = name !== "plain";
+  document.getElementById("plain").textContent = name === "plain"
+    ? "Drawn a little coarser, as this browser has no fast WebGL 2" : "";
   document.documentElement.dataset.painter = name;
   redraw();
 }
@@ -554,14 +567,14 @@ function usePainter(chosen, name) {
 function check() {
   const worst = Math.max(...sets.map((set, i) => worstDifference(set, data.sets[i], data.points)));
   const fits = worst < WORST;
+  const warning = document.getElementById("warning");
   document.documentElement.dataset.worst = String(worst);
   document.getElementById("checked").textContent = fits
-    ? `Checked against the module: differs by ${worst.toExponential(0)}` : "";
+    ? "Agrees with the module" + (worst ? ` to ${worst.toExponential(0)}` : "") : "";
+  warning.hidden = fits;
   if (!fits) {
-    const warning = document.getElementById("warning");
     warning.textContent = "Do not trust this page: its pictures differ from the module's values "
       + `by ${worst.toExponential(1)} of the largest. It may have been damaged on its way.`;
-    warning.hidden = false;
   }
 }
 

@@ -56,6 +56,11 @@ function netLines(frame) {
     }
     trace(k ? fine : bold, frame, places);
   }
+  if (frame.globe) {
+    const [x, y] = [frame.width / 2, frame.height / 2];
+    fine.moveTo(x + frame.globe.radius, y);
+    fine.arc(x, y, frame.globe.radius, 0, 2 * Math.PI);
+  }
   return { fine, bold };
 }
 

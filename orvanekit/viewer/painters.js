@@ -71,12 +71,12 @@ function isSoftware(gl) {
     gl.getParameter(names.UNMASKED_RENDERER_WEBGL));
 }
 
-// Draws with WebGL 2; null where there is none on a graphics processor. `onLost` is called when it
-// goes away.
-function shaderPainter(onLost) {
+// Draws with WebGL 2; null where there is none, or only a slow one and `anyKind` is false. `onLost`
+// is called when it goes away.
+function shaderPainter(anyKind, onLost) {
   const canvas = document.createElement("canvas");
   const gl = canvas.getContext("webgl2", { antialias: false, depth: false });
-  if (!gl || isSoftware(gl)) return null;
+  if (!gl || (isSoftware(gl) && !anyKind)) return null;
   const program = gl.createProgram();
   for (const [kind, source] of [[gl.VERTEX_SHADER, VERTICES], [gl.FRAGMENT_SHADER, FRAGMENTS]]) {
     const shader = gl.createShader(kind);
@@ -127,8 +127,8 @@ function shaderPainter(onLost) {
 
   return {
     paint(context, width, height, layer, look, globe) {
-      canvas.width = Math.max(canvas.width, width);
-      canvas.height = Math.max(canvas.height, height);
+      if (canvas.width < width) canvas.width = width;
+      if (canvas.height < height) canvas.height = height;
       bindGrid(layer);
       if (look.table) {
         gl.activeTexture(gl.TEXTURE1);

@@ -51,6 +51,7 @@ function stateFields(sets, bands) {
     theta: numberField(Math.PI / 2, 0, Math.PI),
     phi: numberField(0, 0, 2 * Math.PI),
     zoom: numberField(1, 0.5, 8),
+    painter: choiceField("auto", "webgl2", "plain"),
   };
 }
 
