@@ -1,4 +1,4 @@
-"""Runs the recipes of a page, and copies the pictures that the page shows and the HTML that it makes.
+"""Runs the recipes of a page, and copies the pictures that it shows and the HTML that it makes.
 
 Every block of the Markdown page that is marked as Python is run, from top to bottom, in one
 namespace and an empty folder; every line of its shell blocks is a call of orvanekit's command line.

@@ -156,7 +156,7 @@ class PageTest(unittest.TestCase):
 
     @staticmethod
     def under(width, height, row, column, (theta, phi)):
-        """The place that an orthographic globe shows at a pixel: 0.94 of the canvas is its height."""
+        """The place under a pixel of an orthographic globe, as high as 0.94 of the canvas."""
         radius = 0.47 * min(width, height)
         x, y = (column + 0.5 - width / 2.) / radius, (height / 2. - row - 0.5) / radius
         z = math.sqrt(1 - x * x - y * y)
