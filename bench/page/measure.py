@@ -48,7 +48,9 @@ def main():
         firsts = [first_picture(browser, path) for _ in range(LOADS)]
         rows.append(("first picture", 300, "%.0f" % median(firsts), "%.0f" % max(firsts)))
         for shown in ("one", "side"):
-            for name, values in (("bands", range(29, 9, -1)), ("window", ["hann", "lanczos"] * 10)):
+            for name, values in (("bands", range(29, 9, -1)),
+                                 ("window", ["hann", "lanczos"] * 10),
+                                 ("exposure", [0.5 * i for i in range(10)])):
                 browser.open("file://%s#show=%s" % (path, shown))
                 times = browser.run(CHANGES, name, values)
                 rows.append(("change of %s, %s" % (name, GLOBES[shown]), 50,

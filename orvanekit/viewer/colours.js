@@ -11,11 +11,12 @@ const COLOUR_MAPS = {
     return [255 * t, 255 * t, 255 * t];
   },
 
-  // Even steps of lightness, from blue over green to yellow, in Oklab (Ottosson 2020).
+  // Even steps of lightness and hue, from violet over green to yellow, in Oklab (Ottosson 2020);
+  // as much chroma as a screen has of all of them.
   perceptual(t) {
-    const lightness = 0.2 + 0.74 * t;
-    const hue = (285 - 180 * t) * Math.PI / 180;
-    const chroma = 0.07 + 0.1 * Math.sin(Math.PI * Math.min(1, 0.25 + 0.6 * t));
+    const lightness = 0.22 + 0.72 * t;
+    const hue = (300 - 195 * t) * Math.PI / 180;
+    const chroma = 0.085 + 0.09 * t ** 3;
     const a = chroma * Math.cos(hue);
     const b = chroma * Math.sin(hue);
     const l = (lightness + 0.3963377774 * a + 0.2158037573 * b) ** 3;

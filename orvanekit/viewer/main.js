@@ -40,6 +40,10 @@ function setReadings(line, readings) {
   });
 }
 
+function readingsText(line) {
+  return Array.from(line.children, each => each.textContent.replace(/ /g, "\u00a0")).join(", ");
+}
+
 // ---- What is shown ----
 
 // One function to a panel: its name and bands, whole coefficients of each channel.
@@ -156,6 +160,7 @@ class Panel {
     this.powers = sumOfPowers(this.channels);
     this.wholePowers = sumOfPowers(this.whole);
     this.h2.textContent = shown.name;
+    this.root.dataset.channels = channels;
     for (const [canvas, what] of [[this.globe, "Globe"], [this.map, "Map"],
       [this.spectrum, "Power of each band"]]) {
       canvas.setAttribute("aria-label", `${what} of ${shown.name}`);
@@ -282,8 +287,7 @@ class Panel {
         if (!used) return;
         event.preventDefault();
         redraw();
-        say(() => this.here.textContent && Array.from(this.here.children, each => each.textContent)
-          .join(", "));
+        say(() => readingsText(this.here));
       });
     }
     bars.addEventListener("pointermove", event => {
@@ -299,7 +303,7 @@ class Panel {
       if (next === undefined) return;
       event.preventDefault();
       point(next);
-      say(() => Array.from(this.band.children, each => each.textContent).join(", "));
+      say(() => readingsText(this.band));
     });
   }
 
@@ -559,7 +563,7 @@ function choosePainter() {
 function usePainter(chosen, name) {
   painter = chosen;
   document.getElementById("plain").textContent = name === "plain"
-    ? "Drawn a little coarser, as this browser has no fast WebGL 2" : "";
+    ? "Drawn on a 2D canvas, as this browser has no fast WebGL 2" : "";
   document.documentElement.dataset.painter = name;
   redraw();
 }

@@ -151,96 +151,131 @@ function shaderPainter(anyKind, onLost) {
   };
 }
 
-// Draws without WebGL: colours the nodes, stretches them to a map and takes a globe's pixels from
-// them.
+// Draws without WebGL: a map is the coloured nodes, stretched; a globe's pixels are interpolated.
 function plainPainter() {
-  const coloured = new Map();   // from a layer to {look, picture, canvas}
+  const maps = new Map();       // from a layer to {look, canvas}
   const small = document.createElement("canvas");
 
-  function colourNodes(layer, look) {
+  function mapOf(layer, look) {
+    const known = maps.get(layer);
+    if (known && known.look === look) return known.canvas;
     const canvas = document.createElement("canvas");
     canvas.width = COLUMNS;
     canvas.height = ROWS;
     const context = canvas.getContext("2d");
     const picture = context.createImageData(COLUMNS, ROWS);
     const pixels = new Uint32Array(picture.data.buffer);
-    const [scale, offset] = rangeOf(layer, look);
-    const count = layer.channels;
-    if (look.colour) {
-      for (let i = 0; i < pixels.length; i++) {
-        for (let channel = 0; channel < 3; channel++) {
-          const t = layer.grid[count * i + channel % count] * scale + offset;
-          picture.data[4 * i + channel] = t > 0 ? 255 * t ** (1 / look.gamma) : 0;
-        }
-        picture.data[4 * i + 3] = 255;
-      }
-    } else {
-      const table = new Uint32Array(look.table.buffer);
-      for (let i = 0; i < pixels.length; i++) {
-        const t = (layer.grid[i] * scale + offset) * 255 + 0.5;
-        pixels[i] = table[t > 0 ? t < 255 ? Math.floor(t) : 255 : 0];
-      }
+    const { channels, grid } = layer;
+    const pixelOfValues = colouring(layer, look);
+    for (let i = 0, at = 0; i < pixels.length; i++, at += channels) {
+      pixels[i] = channels === 1 ? pixelOfValues(grid[at], grid[at], grid[at])
+        : pixelOfValues(grid[at], grid[at + 1], grid[at + 2]);
     }
     context.putImageData(picture, 0, 0);
-    return { look, pixels, canvas };
-  }
-
-  function nodesOf(layer, look) {
-    if (!coloured.has(layer) || coloured.get(layer).look !== look) {
-      if (!coloured.has(layer) && coloured.size >= 2) {
-        coloured.delete(coloured.keys().next().value);
-      }
-      coloured.set(layer, colourNodes(layer, look));
-    }
-    return coloured.get(layer);
+    if (!known && maps.size >= 2) maps.delete(maps.keys().next().value);    // the panels' last ones
+    maps.set(layer, { look, canvas });
+    return canvas;
   }
 
   return {
     paint(context, width, height, layer, look, globe) {
-      const nodes = nodesOf(layer, look);
       if (!globe) {
         // The first node stands for phi = 0 and for the pole.
         const [across, down] = [width / COLUMNS, height / (ROWS - 1)];
         for (const from of [0, width]) {
-          context.drawImage(nodes.canvas, from - across / 2, -down / 2, width, ROWS * down);
+          context.drawImage(mapOf(layer, look), from - across / 2, -down / 2, width, ROWS * down);
         }
         return;
       }
-      const reduced = Math.min(1, 400 / globe.radius);
+      const seen = Math.min(Math.PI * globe.radius ** 2, width * height);
+      const reduced = Math.min(1, Math.sqrt(MOST_PIXELS / seen));
       small.width = Math.ceil(width * reduced);
       small.height = Math.ceil(height * reduced);
       const drawn = small.getContext("2d");
       const picture = drawn.createImageData(small.width, small.height);
-      takeGlobe(picture, nodes.pixels, globe, globe.radius * reduced);
+      drawGlobe(picture, layer, look, globe, globe.radius * small.width / width);
       drawn.putImageData(picture, 0, 0);
       context.save();           // a smooth edge
       context.beginPath();
       context.arc(width / 2, height / 2, globe.radius - 0.5, 0, 2 * Math.PI);
       context.clip();
-      context.drawImage(small, 0, 0, width, height);
+      context.drawImage(small, 0, 0, width, small.height * width / small.width);
       context.restore();
     },
   };
 }
 
-// Sets the pixels of a globe to those of its nodes; as underGlobe, in one go.
-function takeGlobe(picture, nodes, globe, radius) {
+// A globe of more of them is drawn smaller and stretched, so that it turns smoothly; the shortest
+// waves, 12 degrees long, are 56 pixels then.
+const MOST_PIXELS = 2.5e5;
+
+// Bytes of 0 to 1 in 65,535 steps, encoded for a screen of that gamma.
+const encoding = (() => {
+  const tables = new Map();
+  return gamma => {
+    if (!tables.has(gamma)) {
+      tables.set(gamma, Uint8ClampedArray.from({ length: 65536 },
+        (_, i) => 255 * (i / 65535) ** (1 / gamma)));
+    }
+    return tables.get(gamma);
+  };
+})();
+
+// A function from the values of three channels, of one thrice, to a pixel's four bytes.
+function colouring(layer, look) {
+  const [scale, offset] = rangeOf(layer, look);
+  const table = look.colour ? encoding(look.gamma) : new Uint32Array(look.table.buffer);
+  const most = table.length - 1;
+  const pick = value => {
+    const t = (value * scale + offset) * most + 0.5;
+    return table[t > 0 ? t < most ? Math.floor(t) : most : 0];
+  };
+  // The lowest byte comes first, as on all machines that have browsers.
+  return look.colour ? (red, green, blue) => 255 << 24 | pick(blue) << 16 | pick(green) << 8
+    | pick(red) : pick;
+}
+
+// Sets the pixels of a globe, and of two around it, from the four nodes around each; as underGlobe, in
+// one go.
+function drawGlobe(picture, layer, look, globe, radius) {
   const { width, height } = picture;
+  const { grid, channels } = layer;
+  const below = COLUMNS * channels;
   const pixels = new Uint32Array(picture.data.buffer);
+  const pixelOfValues = colouring(layer, look);
   const [sine, cosine] = [Math.sin(globe.theta), Math.cos(globe.theta)];
   const [down, along] = [(ROWS - 1) / Math.PI, COLUMNS / (2 * Math.PI)];
-  const start = globe.phi * along + COLUMNS + 0.5;
+  const start = globe.phi * along + COLUMNS;
   for (let row = 0; row < height; row++) {
-    const y = (height / 2 - row - 0.5) / radius;
-    const half = radius * Math.sqrt(Math.max(0, 1 - y * y));
+    const upwards = (height / 2 - row - 0.5) / radius;
+    const half = Math.sqrt(Math.max(0, (radius + 2) ** 2 - (upwards * radius) ** 2));
     const last = Math.min(width - 1, Math.floor(width / 2 + half - 0.5));
     for (let column = Math.max(0, Math.ceil(width / 2 - half - 0.5)); column <= last; column++) {
-      const x = (column + 0.5 - width / 2) / radius;
+      const aside = (column + 0.5 - width / 2) / radius;
+      const far = Math.sqrt(Math.max(1, aside * aside + upwards * upwards));
+      const x = aside / far;
+      const y = upwards / far;
       const z = Math.sqrt(Math.max(0, 1 - x * x - y * y));
-      const upwards = Math.max(-1, Math.min(1, y * sine + z * cosine));
-      const theta = Math.floor(Math.acos(upwards) * down + 0.5);
-      const phi = Math.floor(start + Math.atan2(x, z * sine - y * cosine) * along) % COLUMNS;
-      pixels[row * width + column] = nodes[theta * COLUMNS + phi];
+      const theta = Math.acos(Math.max(-1, Math.min(1, y * sine + z * cosine))) * down;
+      const phi = start + Math.atan2(x, z * sine - y * cosine) * along;
+      const upper = Math.min(Math.floor(theta), ROWS - 2);
+      const left = Math.floor(phi);
+      const lower = theta - upper;
+      const right = phi - left;
+      const first = upper * COLUMNS * channels;
+      const here = first + left % COLUMNS * channels;
+      const beside = first + (left + 1) % COLUMNS * channels;
+      const red = mixed(grid, here, beside, below, right, lower);
+      pixels[row * width + column] = channels === 1 ? pixelOfValues(red, red, red)
+        : pixelOfValues(red, mixed(grid, here + 1, beside + 1, below, right, lower),
+          mixed(grid, here + 2, beside + 2, below, right, lower));
     }
   }
+}
+
+// Of four elements: two, and those `below` further on.
+function mixed(grid, here, beside, below, right, lower) {
+  const top = grid[here] + right * (grid[beside] - grid[here]);
+  const bottom = grid[here + below] + right * (grid[beside + below] - grid[here + below]);
+  return top + lower * (bottom - top);
 }

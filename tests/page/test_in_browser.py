@@ -19,7 +19,7 @@ from orvanekit.files import parsed
 from webdriver import Browser
 
 FIGURE = u"\u2212"
-HOSTILE = (u"</script><img src=x onerror=alert(1)>", u"\"'&amp;<!--", u"{{data}} \\u003c $&",
+HOSTILE = (u"</script><img src=x onerror=alert(1)>", u"\"'&amp;<!--<script x", u"{{data}} \\u003c $&",
            u"\u6d77 \u05d9\u05dd \U0001f30a\u2028caf\xe9")
 SCREENSHOTS = os.environ.get("SCREENSHOTS")
 
