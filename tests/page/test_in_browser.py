@@ -244,15 +244,23 @@ class PageTest(unittest.TestCase):
 
     def test_readings(self):
         self.open("page")
-        size = self.browser.run("const m = document.querySelector('.map');"
-                                "return [m.clientWidth, m.clientHeight]")
-        self.browser.point(".map", (60, -40))
+        for canvas in ("map", "globe"):
+            width, height = self.browser.run(
+                "const c = document.querySelector(arguments[0]);"
+                "return [c.clientWidth, c.clientHeight]", "." + canvas)
+            self.browser.point("." + canvas, (60, -40))
+            self.settle()
+            if canvas == "map":
+                theta, phi = math.pi * (0.5 - 40. / height), 2 * math.pi * (0.5 + 60. / width)
+            else:
+                theta, phi = self.under(width, height, height / 2. - 40, width / 2. + 60,
+                                        (math.pi / 2, 0))
+            found = self.readings(".here")
+            self.assertTrue(abs(found[1] - theta) < 0.01 and abs(found[2] - phi) < 0.01, found)
+            self.assertTrue(abs(found[0] - self.value(self.earth, *found[1:])) < 5e-3, found)
+        self.browser.point(".spectrum", (1, 0))
         self.settle()
-        phi = math.pi + 60 * 2 * math.pi / size[0]
-        theta = math.pi / 2 - 40 * math.pi / size[1]
-        found = self.readings(".here")
-        self.assertTrue(abs(found[1] - theta) < 0.01 and abs(found[2] - phi) < 0.01, found)
-        self.assertTrue(abs(found[0] - self.value(self.earth, *found[1:])) < 5e-3, found)
+        self.assertEqual(self.readings(".band")[0], 15)
         powers = kit.spectrum(self.earth)
         self.browser.run("document.querySelector('.spectrum').focus()")
         self.browser.keys("Right", "Right", "Right", "Right", "Left")
