@@ -19,8 +19,8 @@ from orvanekit.files import parsed
 from webdriver import Browser
 
 FIGURE = u"\u2212"
-HOSTILE = (u"</script><img src=x onerror=alert(1)>", u"\"'&amp;<!--<script x", u"{{data}} \\u003c $&",
-           u"\u6d77 \u05d9\u05dd \U0001f30a\u2028caf\xe9")
+HOSTILE = (u"</script><img src=x onerror=alert(1)>", u"\"'&amp;<!--<script x",
+           u"{{data}} \\u003c $&", u"\u6d77 \u05d9\u05dd \U0001f30a\u2028caf\xe9")
 SCREENSHOTS = os.environ.get("SCREENSHOTS")
 
 
@@ -258,12 +258,13 @@ class PageTest(unittest.TestCase):
             found = self.readings(".here")
             self.assertTrue(abs(found[1] - theta) < 0.01 and abs(found[2] - phi) < 0.01, found)
             self.assertTrue(abs(found[0] - self.value(self.earth, *found[1:])) < 5e-3, found)
-        self.browser.point(".spectrum", (1, 0))
-        self.settle()
-        self.assertEqual(self.readings(".band")[0], 15)
+        for x, band in ((-10, 14), (10, 15)):
+            self.browser.point(".spectrum", (x, 0))
+            self.settle()
+            self.assertEqual(self.readings(".band")[0], band)
         powers = kit.spectrum(self.earth)
         self.browser.run("document.querySelector('.spectrum').focus()")
-        self.browser.keys("Right", "Right", "Right", "Right", "Left")
+        self.browser.keys("Home", "Right", "Right", "Right", "Left")
         self.settle()
         band, power, share = self.readings(".band")
         self.assertEqual(band, 2)
