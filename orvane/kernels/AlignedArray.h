@@ -1,32 +1,27 @@
 #pragma once
 
-// A vector whose elements start on a 64-byte boundary: a whole cache line, the widest vector.
+// Arrays whose elements start on a 64-byte boundary: a whole cache line, the widest vector.
 
 #include <cstddef>
+#include <memory>
 #include <new>
-#include <vector>
 
 namespace orvane {
 
-template <typename T> struct AlignedAllocator {
-    using value_type = T;
-    static constexpr std::align_val_t alignment{64};
+inline constexpr std::align_val_t arrayAlignment{64};
 
-    AlignedAllocator() = default;
-    template <typename U> AlignedAllocator(const AlignedAllocator<U> &) {}
-
-    T *allocate(std::size_t count)
-    {
-        if (count > static_cast<std::size_t>(-1) / sizeof(T))
-            throw std::bad_array_new_length();
-        return static_cast<T *>(::operator new(count * sizeof(T), alignment));
-    }
-    void deallocate(T *memory, std::size_t) { ::operator delete(memory, alignment); }
-
-    template <typename U> bool operator==(const AlignedAllocator<U> &) const { return true; }
-    template <typename U> bool operator!=(const AlignedAllocator<U> &) const { return false; }
+struct AlignedDelete {
+    void operator()(double *memory) const { ::operator delete(memory, arrayAlignment); }
 };
+using AlignedArray = std::unique_ptr<double[], AlignedDelete>;
 
-template <typename T> using AlignedArray = std::vector<T, AlignedAllocator<T>>;
+/// Takes memory and does not touch it: the system gives a page when something is written there.
+/// @param count far below the range of size_t
+/// @throws std::bad_alloc
+inline AlignedArray MakeAlignedArray(std::size_t count)
+{
+    return AlignedArray(
+        static_cast<double *>(::operator new(count * sizeof(double), arrayAlignment)));
+}
 
 } // namespace orvane
