@@ -1,27 +1,38 @@
 #pragma once
 
-// Arrays whose elements start on a 64-byte boundary: a whole cache line, the widest vector.
+// Arrays that start on a 64-byte boundary: a whole cache line, the widest vector.
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
-#include <new>
 
 namespace orvane {
 
-inline constexpr std::align_val_t arrayAlignment{64};
+/// Memory for doubles, not cleared: the system gives a page when something is written there. It
+/// comes from the plain operator new. The aligned one of the GNU library splits what it finds and
+/// cannot use the rest for an equal request: equal arrays, taken and freed in turn, would spread
+/// over more and more memory.
+class AlignedArray {
+public:
+    AlignedArray() = default;
+    /// @param count far below the range of size_t
+    /// @throws std::bad_alloc
+    explicit AlignedArray(std::size_t count)
+        : memory(new double[count + alignment / sizeof(double)])
+    {
+    }
 
-struct AlignedDelete {
-    void operator()(double *memory) const { ::operator delete(memory, arrayAlignment); }
+    /// The first double; null where there is no memory.
+    double *Data() const
+    {
+        const auto address = reinterpret_cast<std::uintptr_t>(memory.get());
+        return memory.get() + (-address % alignment) / sizeof(double);
+    }
+
+private:
+    static constexpr std::size_t alignment = 64;
+
+    std::unique_ptr<double[]> memory;
 };
-using AlignedArray = std::unique_ptr<double[], AlignedDelete>;
-
-/// Takes memory and does not touch it: the system gives a page when something is written there.
-/// @param count far below the range of size_t
-/// @throws std::bad_alloc
-inline AlignedArray MakeAlignedArray(std::size_t count)
-{
-    return AlignedArray(
-        static_cast<double *>(::operator new(count * sizeof(double), arrayAlignment)));
-}
 
 } // namespace orvane

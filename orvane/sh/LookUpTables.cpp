@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 namespace orvane {
 namespace {
@@ -67,14 +68,14 @@ void LookUpTables::Generate(std::int32_t steps, const Kernels &kernels)
         // Two blocks, and not cleared. The system gives a page when something is written there, at
         // more than the cost of filling it; the GNU allocator keeps freed blocks of up to 32 MB for
         // the next builder.
-        AlignedArray arrays = MakeAlignedArray(legendrePairs * Stride(steps));
-        AlignedArray rows = MakeAlignedArray(polarRowLength * Room(steps));
+        AlignedArray arrays(legendrePairs * Stride(steps));
+        AlignedArray rows(polarRowLength * Room(steps));
         cosLut.swap(cosines);
         sinLut.swap(sines);
         legendreLut.swap(legendre);
         orderLut.swap(orders);
-        legendreMemory.swap(arrays);
-        rowMemory.swap(rows);
+        std::swap(legendreMemory, arrays);
+        std::swap(rowMemory, rows);
     }
 
     // From here on nothing fails.
@@ -102,13 +103,13 @@ void LookUpTables::FillPolarSteps(std::int32_t count)
     const std::size_t stride = Stride(count);
     for (int l = 0; l < tableBands; ++l)
         for (int m = -l; m <= l; ++m) {
-            const double *array = legendreMemory.get() + LegendrePair(l, std::abs(m)) * stride;
+            const double *array = legendreMemory.Data() + LegendrePair(l, std::abs(m)) * stride;
             legendreLut[CoefficientIndex(l, m)] = {array, static_cast<std::size_t>(count)};
         }
-    polarRows = {rowMemory.get(), static_cast<std::size_t>(count) * polarRowLength};
+    polarRows = {rowMemory.Data(), static_cast<std::size_t>(count) * polarRowLength};
     polarSteps = count;
-    fillLegendre({cosLut.data(), count, NormalisationTable().data(), legendreMemory.get(),
-                  static_cast<std::ptrdiff_t>(stride), rowMemory.get()});
+    fillLegendre({cosLut.data(), count, NormalisationTable().data(), legendreMemory.Data(),
+                  static_cast<std::ptrdiff_t>(stride), rowMemory.Data()});
 }
 
 void LookUpTables::Require() const
