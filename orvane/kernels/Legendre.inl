@@ -42,9 +42,12 @@ struct Reciprocals {
 constexpr Reciprocals reciprocals = [] {
     constexpr long long one = 1LL << 48;
     Reciprocals table{};
-    for (int divisor = 1; divisor < tableBands; ++divisor)
-        table.of[divisor] = {static_cast<double>(one / divisor) / one,
-                             static_cast<double>(one % divisor) / divisor / one};
+    for (int divisor = 1; divisor < tableBands; ++divisor) {
+        const long long quotient = one / divisor;
+        const long long rest = one % divisor;
+        table.of[divisor] = {static_cast<double>(quotient) / one,
+                             static_cast<double>(rest) / divisor / one};
+    }
     return table;
 }();
 
