@@ -24,6 +24,15 @@ inline constexpr int tableCoefficients = tableBands * tableBands;
     return l * l + l + m;
 }
 
+/// Number of pairs 0 <= m <= l < tableBands.
+inline constexpr int legendrePairs = tableBands * (tableBands + 1) / 2;
+
+/// Position of band l and order m >= 0 among the pairs.
+[[gnu::always_inline]] constexpr int LegendrePair(int l, int m)
+{
+    return l * (l + 1) / 2 + m;
+}
+
 /// Number of coefficients of a set of `bands` bands: the square as a wrapping 32-bit product, so
 /// that it may be anything where the true square needs more (65,536 bands give 0).
 constexpr std::int32_t CoefficientCount(std::int32_t bands)

@@ -95,7 +95,7 @@ private:
         // +0, and rounding to nearest gives -0 only as the sum of two -0. NaN is not 0.
         if (point.value == 0.0)
             return;
-        tables.EnsurePolarRow(point.thetaStep);
+        tables.EnsurePolarStep(point.thetaStep);
         points[numPoints++] = point;
         if (numPoints == points.size())
             Flush();

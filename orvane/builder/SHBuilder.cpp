@@ -37,7 +37,7 @@ double SHBuilder::GetValueAtBand(const SphericalHarmonic &sh, double phi, double
     return tables.Evaluate(sh, band, "band", phi, theta, *kernels);
 }
 
-double SHBuilder::SHBasisFunc(std::int32_t index, double phi, double theta) const
+double SHBuilder::SHBasisFunc(std::int32_t index, double phi, double theta)
 {
     return tables.BasisValue(index, phi, theta);
 }

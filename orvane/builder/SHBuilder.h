@@ -80,7 +80,7 @@ public:
     /// @throws NotReady before the tables exist
     /// @throws std::out_of_range for the index
     /// @throws std::invalid_argument for an angle without a table entry
-    double SHBasisFunc(std::int32_t index, double phi, double theta) const;
+    double SHBasisFunc(std::int32_t index, double phi, double theta);
 
     // Arithmetic on sets: SetOperations.cpp
     //

@@ -1,32 +1,38 @@
 #pragma once
 
-// A vector whose elements start on a 64-byte boundary: a whole cache line, the widest vector.
+// Arrays that start on a 64-byte boundary: a whole cache line, the widest vector.
 
 #include <cstddef>
-#include <new>
-#include <vector>
+#include <cstdint>
+#include <memory>
 
 namespace orvane {
 
-template <typename T> struct AlignedAllocator {
-    using value_type = T;
-    static constexpr std::align_val_t alignment{64};
-
-    AlignedAllocator() = default;
-    template <typename U> AlignedAllocator(const AlignedAllocator<U> &) {}
-
-    T *allocate(std::size_t count)
+/// Memory for doubles, not cleared: the system gives a page when something is written there. It
+/// comes from the plain operator new. The aligned one of the GNU library splits what it finds and
+/// cannot use the rest for an equal request: equal arrays, taken and freed in turn, would spread
+/// over more and more memory.
+class AlignedArray {
+public:
+    AlignedArray() = default;
+    /// @param count far below the range of size_t
+    /// @throws std::bad_alloc
+    explicit AlignedArray(std::size_t count)
+        : memory(new double[count + alignment / sizeof(double)])
     {
-        if (count > static_cast<std::size_t>(-1) / sizeof(T))
-            throw std::bad_array_new_length();
-        return static_cast<T *>(::operator new(count * sizeof(T), alignment));
     }
-    void deallocate(T *memory, std::size_t) { ::operator delete(memory, alignment); }
 
-    template <typename U> bool operator==(const AlignedAllocator<U> &) const { return true; }
-    template <typename U> bool operator!=(const AlignedAllocator<U> &) const { return false; }
+    /// The first double; null where there is no memory.
+    double *Data() const
+    {
+        const auto address = reinterpret_cast<std::uintptr_t>(memory.get());
+        return memory.get() + (-address % alignment) / sizeof(double);
+    }
+
+private:
+    static constexpr std::size_t alignment = 64;
+
+    std::unique_ptr<double[]> memory;
 };
-
-template <typename T> using AlignedArray = std::vector<T, AlignedAllocator<T>>;
 
 } // namespace orvane

@@ -3,24 +3,39 @@
 #include "orvane/base/Constants.h"
 #include "orvane/base/Errors.h"
 #include "orvane/base/Limits.h"
+#include "orvane/base/PolarRow.h"
 #include "orvane/kernels/Kernels.h"
 #include "orvane/sh/Basis.h"
 #include "orvane/sh/SphericalHarmonic.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 namespace orvane {
 namespace {
 
-/// How many polar rows Generate makes: those of the angles up to pi. Roundings add less than a
-/// millionth to an angle, which is less than half a step.
-std::size_t RowsUpToPi(std::int32_t steps)
+/// Steps of the angles up to pi. Roundings add less than a millionth to an angle, which is less
+/// than half a step.
+std::int32_t StepsUpToPi(std::int32_t steps)
 {
-    return static_cast<std::size_t>(steps) / 2 + 1;
+    return steps / 2 + 1;
+}
+
+/// Room for so many steps, in the kernel's whole blocks.
+std::size_t Room(std::int32_t steps)
+{
+    constexpr std::size_t block = legendreBlock;
+    return (static_cast<std::size_t>(steps) + block - 1) / block * block;
+}
+
+/// Distance between the arrays of so many steps: an odd number of cache lines.
+std::size_t Stride(std::int32_t steps)
+{
+    constexpr std::size_t line = 8; // values
+    return (Room(steps) / line | 1) * line;
 }
 
 } // namespace
@@ -48,16 +63,19 @@ void LookUpTables::Generate(std::int32_t steps, const Kernels &kernels)
     if (cosLut.size() != count) {
         std::vector<double> cosines(count);
         std::vector<double> sines(count);
-        std::vector<std::vector<double>> legendre(tableCoefficients, std::vector<double>(count));
+        std::vector<std::span<const double>> legendre(tableCoefficients);
         std::vector<std::int32_t> orders(tableCoefficients);
-        AlignedArray<double> rows;
-        rows.reserve(count * polarRowLength);
-        rows.resize(RowsUpToPi(steps) * polarRowLength);
+        // Two blocks, and not cleared. The system gives a page when something is written there, at
+        // more than the cost of filling it; the GNU allocator keeps freed blocks of up to 32 MB for
+        // the next builder.
+        AlignedArray arrays(legendrePairs * Stride(steps));
+        AlignedArray rows(polarRowLength * Room(steps));
         cosLut.swap(cosines);
         sinLut.swap(sines);
         legendreLut.swap(legendre);
         orderLut.swap(orders);
-        polarRows.swap(rows);
+        std::swap(legendreMemory, arrays);
+        std::swap(rowMemory, rows);
     }
 
     // From here on nothing fails.
@@ -72,15 +90,26 @@ void LookUpTables::Generate(std::int32_t steps, const Kernels &kernels)
     maxBands = tableBands;
     maxCoefficients = tableCoefficients;
 
-    std::array<double *, tableCoefficients> legendre;
+    for (int l = 0; l < tableBands; ++l)
+        for (int m = -l; m <= l; ++m)
+            orderLut[CoefficientIndex(l, m)] = m;
+    fillLegendre = kernels.legendre;
+    FillPolarSteps(StepsUpToPi(steps));
+}
+
+/// Fills the first `count` steps. Arrays of fewer steps lie closer together, on fewer pages.
+void LookUpTables::FillPolarSteps(std::int32_t count)
+{
+    const std::size_t stride = Stride(count);
     for (int l = 0; l < tableBands; ++l)
         for (int m = -l; m <= l; ++m) {
-            const int index = CoefficientIndex(l, m);
-            orderLut[index] = m;
-            legendre[index] = legendreLut[index].data();
+            const double *array = legendreMemory.Data() + LegendrePair(l, std::abs(m)) * stride;
+            legendreLut[CoefficientIndex(l, m)] = {array, static_cast<std::size_t>(count)};
         }
-    kernels.legendre({cosLut.data(), steps, NormalisationTable().data(), legendre.data(),
-                      polarRows.data(), static_cast<std::int32_t>(NumPolarRows())});
+    polarRows = {rowMemory.Data(), static_cast<std::size_t>(count) * polarRowLength};
+    polarSteps = count;
+    fillLegendre({cosLut.data(), count, NormalisationTable().data(), legendreMemory.Data(),
+                  static_cast<std::ptrdiff_t>(stride), rowMemory.Data()});
 }
 
 void LookUpTables::Require() const
@@ -108,14 +137,16 @@ std::int32_t LookUpTables::PolarStep(double theta) const
     return step;
 }
 
-double LookUpTables::BasisValue(std::int32_t index, double phi, double theta) const
+double LookUpTables::BasisValue(std::int32_t index, double phi, double theta)
 {
     Require();
     RequireInRange<std::out_of_range>("index", index, 0, tableCoefficients - 1);
     const std::int32_t m = orderLut[index];
     const std::int32_t order = std::abs(m);
     RequireFoldable(phi, order);
-    const double polar = legendreLut[index][PolarStep(theta)] * NormalisationTable()[index];
+    const std::int32_t step = PolarStep(theta);
+    EnsurePolarStep(step);
+    const double polar = legendreLut[index][step] * NormalisationTable()[index];
     if (m == 0)
         return polar;
     return polar * (m > 0 ? cosLut : sinLut)[FoldedStep(order * phi)];
@@ -132,33 +163,11 @@ double LookUpTables::Evaluate(const SphericalHarmonic &sh, std::int32_t bands, c
     const int orders = BandsReached(count);
     RequireFoldable(phi, orders - 1);
     const std::int32_t step = PolarStep(theta);
-    EnsurePolarRow(step);
+    EnsurePolarStep(step);
     const double *polarRow = polarRows.data() + std::size_t{polarRowLength} * step;
     AngleFactors factors;
     kernels.angleFactors(Angles(), phi, orders, factors);
     return kernels.evaluation(sh.coefficients.data(), count, polarRow, factors);
-}
-
-/// As the kernel would fill them, in the memory that Generate has taken.
-void LookUpTables::MakeRowsBeyondPi()
-{
-    std::size_t step = NumPolarRows();
-    const std::size_t end = cosLut.size();
-    polarRows.resize(end * polarRowLength);
-    const std::array<double, tableCoefficients> &normalisation = NormalisationTable();
-    constexpr std::size_t chunkSteps = 32; // rows that stay in the cache meanwhile
-    while (step < end) {
-        const std::size_t chunkEnd = std::min(step + chunkSteps, end);
-        for (int l = 0; l < tableBands; ++l)
-            for (int m = 0; m <= l; ++m) {
-                const int index = CoefficientIndex(l, m);
-                const double *legendre = legendreLut[index].data();
-                for (std::size_t k = step; k < chunkEnd; ++k)
-                    polarRows[k * polarRowLength + PolarIndex(l, m)] =
-                        legendre[k] * normalisation[index];
-            }
-        step = chunkEnd;
-    }
 }
 
 } // namespace orvane

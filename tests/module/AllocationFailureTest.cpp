@@ -1,6 +1,7 @@
 // Memory runs out at every point where it can: each allocation of each call fails once, and nothing
 // has happened then but a MemoryError.
 
+#include "orvane/base/PolarRow.h"
 #include "orvane/builder/SHBuilder.h"
 #include "platform/RuntimeRandom.h"
 #include "tesk/TeskReport.h"
@@ -9,10 +10,10 @@
 #include "tests/module/FailingNew.h"
 #include "tests/module/Interpreter.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <list>
+#include <span>
 #include <string>
 #include <type_traits>
 
@@ -61,12 +62,14 @@ public:
             Add(b.imageBuffer[i]);
         Add(b.tables.cosLut);
         Add(b.tables.sinLut);
-        Add(b.tables.legendreLut);
         Add(b.tables.orderLut);
-        // Whether there are rows beyond pi changes no result.
-        const std::size_t upToPi = (b.tables.numSteps / 2 + 1) * orvane::polarRowLength;
-        for (std::size_t i = 0; i < std::min(upToPi, b.tables.polarRows.size()); ++i)
-            Add(b.tables.polarRows[i]);
+        // Whether there are steps beyond pi changes no result.
+        const std::size_t upToPi = b.tables.numSteps / 2 + 1;
+        for (const std::span<const double> array : b.tables.legendreLut)
+            for (const double value : array.first(upToPi))
+                Add(value);
+        for (const double value : b.tables.polarRows.first(upToPi * orvane::polarRowLength))
+            Add(value);
         Add(b.pdfGaussOffsets);
         Add(b.pdfSphericalSamples);
         Add(b.sphericalSamples);
