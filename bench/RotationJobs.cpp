@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 
 namespace bench {
 
@@ -54,11 +55,13 @@ Job RotateSH(int bands)
 
 void AddRotationJobs()
 {
-    const Aims aims[] = {{35.0, 20.0, 10.0}, {400.0, 20.0, 10.0}, {2500.0, 20.0, 10.0}};
-    const int bands[] = {30, 10, 4};
-    for (int i = 0; i < 3; ++i)
-        AddJob("`RotateSH`, " + std::to_string(bands[i]) + " bands", aims[i],
-               [=] { return RotateSH(bands[i]); });
+    const std::pair<int, Aims> jobs[] = {{30, {35.0, 20.0, 10.0}},
+                                         {10, {400.0, 20.0, 10.0}},
+                                         {4, {2500.0, 20.0, 10.0}},
+                                         {2, {5000.0, 20.0, 10.0}}};
+    for (const auto &[bands, aims] : jobs)
+        AddJob("`RotateSH`, " + std::to_string(bands) + " bands", aims,
+               [bands = bands] { return RotateSH(bands); });
 }
 
 } // namespace bench

@@ -13,13 +13,14 @@ namespace orvane {
 /// The coefficients u, v, w of the recurrence: constants of band l = 2..29, order m and column n.
 /// They are even in m and n.
 struct RotationConstants {
-    static constexpr int blockColumns = 8;
-    static constexpr int blocks = 4;
+    static constexpr int blockColumns = 4;
+    static constexpr int blocks = 8;
     static constexpr int edgeOrders = 40;
 
-    /// For columns n = 8 k to 8 k + 7 of band l, n < l: the vectors u, v, w over the columns for
-    /// each m = 0..l in turn. Columns from l on are 0. Null where k has no column below l.
-    const double *columns[blocks][tableBands];
+    /// For columns n = 4 k to 4 k + 3, in the order in which they are read: for each band
+    /// l = 4 k + 1 (or 2, if that is more) to 29 and each m = l..0 the four u, the four v and the
+    /// four w. Columns from l on are 0. On a boundary of 32 bytes.
+    const double *columns[blocks];
     /// For the outermost columns n = -l and l: u, then v, then w, each over m = 0..39; orders
     /// above l are 0.
     const double *edges[tableBands];

@@ -34,8 +34,10 @@ constexpr int orders = RotationConstants::edgeOrders;
 consteval int TableSize()
 {
     int size = 0;
-    for (int l = 2; l < tableBands; ++l)
-        size += 3 * orders + (l + columns - 1) / columns * (l + 1) * 3 * columns;
+    for (int l = 2; l < tableBands; ++l) {
+        const int blocks = (l + columns - 1) / columns; // those that have a column below l
+        size += 3 * orders + blocks * (l + 1) * 3 * columns;
+    }
     return size;
 }
 
@@ -51,17 +53,14 @@ public:
             for (int m = 0; m <= l; ++m)
                 Put(RecurrenceCoefficients(l, m, 2 * l * (2 * l - 1)), next + m, orders);
             next += 3 * orders;
-
-            for (int block = 0; block * columns < l; ++block) {
-                constants.columns[block][l] = next;
-                for (int m = 0; m <= l; ++m, next += 3 * columns)
-                    for (int column = 0; column < columns && block * columns + column < l;
-                         ++column) {
-                        const int n = block * columns + column;
-                        Put(RecurrenceCoefficients(l, m, (l - n) * (l + n)), next + column,
+        }
+        for (int block = 0; block < RotationConstants::blocks; ++block) {
+            constants.columns[block] = next;
+            for (int l = std::max(2, block * columns + 1); l < tableBands; ++l)
+                for (int m = l; m >= 0; --m, next += 3 * columns)
+                    for (int n = block * columns; n < std::min(l, (block + 1) * columns); ++n)
+                        Put(RecurrenceCoefficients(l, m, (l - n) * (l + n)), next + n % columns,
                             columns);
-                    }
-            }
         }
     }
 
@@ -75,9 +74,10 @@ private:
         to[2 * stride] = values.w;
     }
 
-    // Each table starts on a whole cache line, the widest vector: their sizes are multiples of it.
+    // The tables of the outermost columns are whole cache lines; a row of those of the others is
+    // one and a half.
     alignas(64) double values[TableSize()]{};
-    static_assert(3 * orders % 8 == 0 && 3 * columns % 8 == 0);
+    static_assert(3 * orders % 8 == 0 && 3 * columns % 4 == 0);
 };
 static_assert(std::is_trivially_destructible_v<ConstantTables>);
 
@@ -101,7 +101,7 @@ void RotateZ(const SphericalHarmonic &in, double angle, SphericalHarmonic &out)
     if (bands >= 1)
         out.coefficients[0] = input(0);
 
-    // Multiples of the angle by the Chebyshev recurrence.
+    // cos(k a) and sin(k a).
     double cosK[tableBands] = {1.0, std::cos(angle)};
     double sinK[tableBands] = {0.0, std::sin(angle)};
     for (int l = 1; l < bands; ++l) {
@@ -125,12 +125,11 @@ void RotateSH(const SphericalHarmonic &in, const double matrix[3][3], SphericalH
               const Kernels &kernels)
 {
     const RotationConstants &constants = Constants(); // allocated by the first call
-    out.coefficients.assign_zeros(tableCoefficients);
-    out.numBands = tableBands;
     const int bands = WholeTableBands(in.coefficients.size());
-    if (bands == 0)
-        return;
-    kernels.rotation(constants, matrix, in.coefficients.data(), bands, out.coefficients.data());
+    out.coefficients.assign_zeros_after(bands * bands, tableCoefficients);
+    out.numBands = tableBands;
+    if (bands > 0)
+        kernels.rotation(constants, matrix, in.coefficients.data(), bands, out.coefficients.data());
 }
 
 } // namespace orvane

@@ -10,6 +10,14 @@ class SphericalHarmonic;
 namespace orvane {
 
 /// Rotates about the polar axis: the value of `out` at azimuth phi is that of `in` at phi + angle.
+/// With a = angle, the coefficients c of each band become, for m = 1..l,
+///
+///   out(-m) = cos(m a) c(-m) - sin(m a) c(m)
+///   out(m)  = cos(m a) c(m) + sin(m a) c(-m)
+///
+/// and out(0) = c(0), the multiples of the angle by the Chebyshev recurrence
+/// cos(k a) = 2 cos a cos((k - 1) a) - cos((k - 2) a), which holds for the sine too.
+///
 /// Works on the first 30 bands; coefficients of bands above are 0, as are those that the array of
 /// `in` lacks for its band count.
 /// @param angle radians; it is never folded, and a non-finite one makes every coefficient of

@@ -51,6 +51,19 @@ public:
     /// array as it was.
     void assign_zeros(std::size_t count) { block = std::make_shared<Block>(count); }
 
+    /// Replaces the contents by `count` elements, of which the caller is to write the first
+    /// `written` and the others are zeros. Storage without readers is used again. Either completes
+    /// or throws std::bad_alloc with the array as it was.
+    void assign_zeros_after(std::size_t written, std::size_t count)
+    {
+        if (!block || IsShared()) {
+            assign_zeros(count);
+            return;
+        }
+        block->resize(count);
+        std::fill(block->begin() + written, block->end(), T());
+    }
+
     /// The storage itself, for a reader; null where there are no elements.
     std::shared_ptr<const Block> Share() const { return block; }
 

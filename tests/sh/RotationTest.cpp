@@ -105,6 +105,24 @@ TEST(RotateSH, GivesTheLiteralBitsAtEveryInstructionSet)
         }
 }
 
+// The target's storage is used again unless a reader holds it.
+TEST(RotateSH, LeavesNoTraceOfTheTargetAndReadersWhatTheyHold)
+{
+    const Matrix matrix = Mixed(0.3, 2.0, -1.2);
+    for (const int old : {0, 4, 900, 961})
+        for (const bool isHeld : {false, true}) {
+            const std::vector<float> held = RandomCoefficients(old, 1);
+            const auto out = MakeSet(0, held);
+            const auto reader = isHeld ? out->coefficients.Share() : nullptr;
+            for (const int count : {9, 900, 64, 0}) {
+                const std::vector<float> in = RandomCoefficients(count, 2);
+                RotateSH(*MakeSet(0, in), Rows(matrix), *out);
+                EXPECT_TRUE(SameBits(out->coefficients, literal::RotateSH(in, Rows(matrix))));
+            }
+            EXPECT_TRUE(!reader || *reader == held);
+        }
+}
+
 TEST(RotateSH, AgreesWithRotateZAboutThePole)
 {
     for (const float angle : {0.1f, -1.7f, 2.9f, 0.001f}) {
