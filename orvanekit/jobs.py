@@ -73,11 +73,12 @@ def read(path, with_files=False):
 
 
 def digests(job, folder, known):
-    """The hashes of the contents of what a job reads, by name.
+    """The hashes of the contents of what a job reads.
 
     folder: that the names are relative to
     known: dictionary of what has been hashed, which grows
 
+    Returns a dictionary by name, in unicode
     Raises IOError
     """
     for name in job.inputs:
@@ -87,7 +88,7 @@ def digests(job, folder, known):
                 for piece in iter(lambda: opened.read(1 << 20), b""):
                     total.update(piece)
             known[name] = total.hexdigest()
-    return dict((name, known[name]) for name in job.inputs)
+    return dict((name.decode("utf-8"), known[name]) for name in job.inputs)
 
 
 def is_picture(job):
@@ -221,7 +222,7 @@ class _Line(object):
         for group in parser._mutually_exclusive_groups:
             names = [action.dest for action in group._group_actions]
             chosen = [each for each in names
-                      if values[each] not in (None, False)]
+                      if fields.get(each, False) is not False]
             if len(chosen) > 1:
                 self.refuse(path + (chosen[1],), "%s was given too"
                             % chosen[0], True)

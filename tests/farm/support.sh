@@ -108,7 +108,7 @@ MakeJobs() {
     # work FOLDER K/N [OPTION...]; its id is that of the worker.
     cat >"$temp/work" <<END
 #!/usr/bin/env bash
-export PYTHONPATH=$PYTHONPATH PYTHONDONTWRITEBYTECODE=1
+export PYTHONDONTWRITEBYTECODE=1
 echo "\${SLURMD_NODENAME:-}" >"$temp/workers/\$\$"
 folder=\$1 part=\$2
 shift 2
@@ -182,7 +182,7 @@ Overhead() {
 
 Report() {
     echo
-    echo "Parts without work, the start of a worker included, $(nproc) cores:"
+    echo "Overhead, $(nproc) cores (a part: without work, with the start of its worker):"
     printf '%s\n' "${overheads[@]}"
     ((failures == 0)) || Fail "$failures failed"
 }

@@ -90,9 +90,11 @@ class OperationsTest(BatchFolder):
 
 
 class RepeatTest(BatchFolder):
+    NAME = "\xc3\xa9.json"
+
     def test_only_what_is_not_there_is_made(self):
-        save("a.json", make_set([1.0]))
-        picture = {"id": "p", "do": "render", "given": "a.json", "width": 4}
+        save(self.NAME, make_set([1.0]))
+        picture = {"id": "p", "do": "render", "given": self.NAME, "width": 4}
         self.write(field("one"), field("two"), picture)
         self.work((3, 0, 0))
         first = self.contents()
@@ -114,7 +116,7 @@ class RepeatTest(BatchFolder):
         # Another text of a job, and other contents of a file that one reads.
         self.write(field("one"), field("two", steps=512), picture)
         self.work((1, 2, 0))
-        save("a.json", make_set([2.0]))
+        save(self.NAME, make_set([2.0]))
         self.work((1, 2, 0))
         self.assertEqual(self.contents()["one.json"], first["one.json"])
 
