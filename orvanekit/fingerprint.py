@@ -8,10 +8,14 @@ last place, from one version to the next and from one processor to another.
 import array
 import hashlib
 import math
-import zlib
 
 import _Orvane
 
+from .fitting import fitted
+from .pictures import map_picture
+from .pointwise import product
+from .projection import projected
+from .ringing import dering
 from .rotations import rotation
 
 _VALUES = 32768  # arguments of each function: 196,608 values of six
@@ -20,9 +24,10 @@ _VALUES = 32768  # arguments of each function: 196,608 values of six
 def fingerprint():
     """Hash what the functions of this machine and the module give.
 
-    The functions: sin, cos, acos, exp, pow and log10 of the C library, and
-    the compression of pictures. The module: tables, samples, projected and
-    importance-sampled Gaussians, a rotation and a picture of fixed settings.
+    The functions: sin, cos, acos, exp, pow and log10 of the C library. The
+    module: tables, samples, projected and importance-sampled Gaussians, a
+    rotation and a rendering of fixed settings. This package: a projection,
+    a product, a fit, a smoothed set and a picture as PNG.
 
     Returns 64 hexadecimal digits; two machines with the same ones give the
     same results. Takes some 0.1 s.
@@ -32,8 +37,6 @@ def fingerprint():
         total.update(array.array("d", values).tostring())
     for contents in _golden():
         total.update(contents)
-    total.update(zlib.compress(bytes(bytearray(
-        place * place >> 7 & 255 for place in range(4096))), 9))
     return total.hexdigest()
 
 
@@ -65,3 +68,10 @@ def _golden():
     builder.SetImageBuffer(64, 32)
     builder.RenderSHToImageBuffer(turned, 100.0, 128, 1, 0)
     yield str(builder.GetImageBuffer())
+
+    sky = projected([math.sin(place) for place in range(144)], 12, 12, 6)
+    points = [(0.15 * place, place, math.cos(place)) for place in range(20)]
+    for sh in (sky, product(sky, sky, 8), fitted(points, 3),
+               dering(sky, -1.0)[0]):
+        yield str(sh.GetAsBuffer())
+    yield map_picture(sky, 64)

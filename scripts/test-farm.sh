@@ -3,6 +3,9 @@
 # Slurm, and loses workers, engines and machines on the way: every result has to be there and equal to
 # the one process's to the byte. Prints a line for each fault, and what a part costs in each engine.
 #
+#
+# scripts/test-farm.sh [PIECE...]: of folder, parallel, ssh and slurm; all unless given.
+#
 # Needs root, and takes some five minutes on two cores. Everything is private to a temporary folder:
 # keys, ports, daemons, configurations; no service of the system is started or changed, and nothing
 # is left behind but the packages.
@@ -25,7 +28,10 @@ Build release _Orvane >/dev/null
 
 MakeJobs
 Reference
-for each in ${FARM_ONLY:-folder parallel ssh slurm}; do
+if (($# == 0)); then
+    set -- folder parallel ssh slurm
+fi
+for each; do
     source "tests/farm/$each.sh"
 done
 Report

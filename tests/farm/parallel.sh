@@ -1,16 +1,5 @@
 # Sourced by scripts/test-farm.sh: GNU parallel on this machine.
 
-export PARALLEL_HOME=$temp/parallel TMPDIR=$temp
-mkdir "$PARALLEL_HOME"
-touch "$PARALLEL_HOME/will-cite"
-
-# Parallel FOLDER OPTION...: all the parts.
-Parallel() {
-    local folder=$1
-    shift
-    parallel "$@" "$temp/work" "$folder" "{}/$parts" ::: $(seq "$parts") >/dev/null 2>"$temp/words"
-}
-
 start=$(Now)
 Parallel "$temp/parallel-2" -j 2
 Same "parallel, two workers, $parts parts" "$start" "$temp/parallel-2"

@@ -57,11 +57,9 @@ END
 
 # LoseNode NAME: a worker there, what has started it, and the node's daemon, which is `node`.
 LoseNode() {
-    local pid
-    pid=$(Workers "$1" | head -n 1)
-    [[ -n $pid ]] || return 1
+    HoldWorker "$1" || return 1
     # shellcheck disable=SC2046
-    kill -KILL "$node" $(StepAbove "$pid") "$pid"
+    kill -KILL "$node" $(StepAbove "$held") "$held"
     wait "$node" || true
 }
 

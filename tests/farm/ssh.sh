@@ -1,4 +1,4 @@
-# Sourced by scripts/test-farm.sh, after parallel.sh: two machines reached by ssh, which are two
+# Sourced by scripts/test-farm.sh: two machines reached by ssh, which are two
 # daemons on ports of their own.
 
 if [[ ! -d /run/sshd ]]; then # without it sshd does not start
@@ -62,7 +62,7 @@ Overhead "GNU parallel over ssh" "$start"
 LoseMachine() {
     local worker
     worker=$(comm -12 <(Descendants "$machine" | sort) <(Workers | sort))
-    [[ -n $worker ]] && End "$machine"
+    [[ -n $worker ]] && kill -STOP "$worker" && End "$machine"
 }
 
 start=$(Now)

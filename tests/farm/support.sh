@@ -90,11 +90,16 @@ FreePort() {
     "$PYTHON2" -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])'
 }
 
-# LoseWorker [NODE]: ends a worker at work, there; says its id.
+# HoldWorker [NODE]: stops a worker at work, there, so that it does not end by itself before it is
+# lost; sets `held` to its id.
+HoldWorker() {
+    held=$(Workers "$@" | head -n 1)
+    [[ -n $held ]] && kill -STOP "$held" && grep -qs "$temp" "/proc/$held/cmdline"
+}
+
+# LoseWorker [NODE]: ends a worker at work, there.
 LoseWorker() {
-    local pid
-    pid=$(Workers "$@" | head -n 1)
-    [[ -n $pid ]] && kill -KILL "$pid" && echo "$pid"
+    HoldWorker "$@" && kill -KILL "$held"
 }
 
 # HasResults FOLDER COUNT: whether there are as many.
@@ -115,6 +120,18 @@ shift 2
 exec "$PYTHON2" -m orvanekit batch "$temp/jobs.jsonl" --out "\$folder" --part "\$part" "\$@"
 END
     chmod +x "$temp/work"
+}
+
+# GNU parallel asks for a citation on its first run, unless this file is there.
+export PARALLEL_HOME=$temp/parallel TMPDIR=$temp
+mkdir "$PARALLEL_HOME"
+touch "$PARALLEL_HOME/will-cite"
+
+# Parallel FOLDER OPTION...: all the parts.
+Parallel() {
+    local folder=$1
+    shift
+    parallel "$@" "$temp/work" "$folder" "{}/$parts" ::: $(seq "$parts") >/dev/null 2>"$temp/words"
 }
 
 # Batch FOLDER [ARGUMENT...]: all the jobs in one worker, and what it says.
