@@ -4,7 +4,7 @@ start=$(Now)
 Parallel "$temp/parallel-2" -j 2
 Same "parallel, two workers, $parts parts" "$start" "$temp/parallel-2"
 start=$(Now)
-Parallel "$temp/parallel-2" -j 2
+work=true Parallel "$temp/parallel-2" -j 2
 Overhead "GNU parallel" "$start"
 
 start=$(Now)

@@ -50,7 +50,7 @@ Daemon() {
 Array() {
     sbatch --quiet --requeue --array="1-$parts" --output=/dev/null <<END
 #!/usr/bin/env bash
-"$temp/work" "$1" "\$SLURM_ARRAY_TASK_ID/$parts"
+"$work" "$1" "\$SLURM_ARRAY_TASK_ID/$parts"
 exit \$?
 END
 }
@@ -92,7 +92,7 @@ Array "$temp/slurm-2"
 WaitFor 240 Ended || Wrong "Slurm" "$start" "not ended"
 Same "Slurm, an array of $parts on two nodes" "$start" "$temp/slurm-2"
 start=$(Now)
-Array "$temp/slurm-2"
+work=true Array "$temp/slurm-2"
 WaitFor 240 Ended || Wrong "Slurm" "$start" "not ended"
 Overhead "Slurm" "$start"
 

@@ -55,7 +55,7 @@ start=$(Now)
 Parallel "$temp/ssh-2" "${overSsh[@]}"
 Same "parallel over ssh, two machines" "$start" "$temp/ssh-2"
 start=$(Now)
-Parallel "$temp/ssh-2" "${overSsh[@]}"
+work=true Parallel "$temp/ssh-2" "${overSsh[@]}"
 Overhead "GNU parallel over ssh" "$start"
 
 # LoseMachine: ends the daemon, its sessions and the worker at work there.

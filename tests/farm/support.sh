@@ -2,6 +2,7 @@
 
 temp=$(mktemp -d /tmp/orvane-farm-XXXXXX)
 mkdir "$temp/workers"
+work=$temp/work
 parts=20
 started=()   # daemons and engines, by id
 leftovers=() # what else this script has made
@@ -131,7 +132,7 @@ touch "$PARALLEL_HOME/will-cite"
 Parallel() {
     local folder=$1
     shift
-    parallel "$@" "$temp/work" "$folder" "{}/$parts" ::: $(seq "$parts") >/dev/null 2>"$temp/words"
+    parallel "$@" "$work" "$folder" "{}/$parts" ::: $(seq "$parts") >/dev/null 2>"$temp/words"
 }
 
 # Batch FOLDER [ARGUMENT...]: all the jobs in one worker, and what it says.
@@ -191,15 +192,15 @@ Reference() {
     fi
 }
 
-# Overhead ENGINE START: what each of the parts of a folder where every result is there has cost.
+# Overhead ENGINE START: what each of the parts has cost that did nothing, not even start Python.
 Overhead() {
     overheads+=("$(awk -v name="$1" -v from="$2" -v to="$(Now)" -v parts="$parts" 'BEGIN {
-        printf "%-62s %6.3f s a part", name, (to - from) / 1e6 / parts }')")
+        printf "%-62s %6.2f ms", "a part under " name, (to - from) / 1e3 / parts }')")
 }
 
 Report() {
     echo
-    echo "Overhead, $(nproc) cores (a part: without work, with the start of its worker):"
+    echo "Overhead, $(nproc) cores:"
     printf '%s\n' "${overheads[@]}"
     ((failures == 0)) || Fail "$failures failed"
 }
