@@ -15,9 +15,6 @@ namespace bench {
 
 namespace {
 
-constexpr InstructionSet instructionSets[] = {InstructionSet::Avx512, InstructionSet::Avx2,
-                                              InstructionSet::Baseline};
-
 constexpr int repetitions = 5;
 constexpr int literalRepetitions = 3; ///< which may take seconds each
 constexpr double seconds = 0.04;      ///< at the least, of each repetition
@@ -46,7 +43,9 @@ public:
     {
         for (const Run &run : runs)
             if (run.run_type == Run::RT_Iteration)
-                times[run.run_name.function_name].push_back(run.GetAdjustedCPUTime());
+                times[run.run_name.function_name].push_back(run.run_name.time_type.empty()
+                                                                ? run.GetAdjustedCPUTime()
+                                                                : run.GetAdjustedRealTime());
     }
 
     std::map<std::string, std::vector<double>> times;
@@ -55,16 +54,19 @@ public:
 /// Pieces of work that are measured together, their repetitions in random order.
 class Round {
 public:
-    void Add(const std::string &name, const std::function<void()> &work, int repetitions)
+    void Add(const std::string &name, const std::function<void()> &work, int repetitions,
+             bool isElsewhere = false)
     {
-        benchmark::RegisterBenchmark(name.c_str(),
-                                     [work](benchmark::State &state) {
-                                         for (auto _ : state)
-                                             work();
-                                     })
-            ->MinTime(seconds)
-            ->Repetitions(repetitions)
-            ->Unit(benchmark::kNanosecond);
+        auto *const added = benchmark::RegisterBenchmark(name.c_str(),
+                                                         [work](benchmark::State &state) {
+                                                             for (auto _ : state)
+                                                                 work();
+                                                         })
+                                ->MinTime(seconds)
+                                ->Repetitions(repetitions)
+                                ->Unit(benchmark::kNanosecond);
+        if (isElsewhere)
+            added->UseRealTime();
     }
 
     /// Nanoseconds of one call by name: the median of the repetitions.
@@ -92,13 +94,14 @@ struct JobRow {
     {
         const Job job = make();
         Round round;
-        round.Add("literal", job.literal, literalRepetitions);
+        round.Add("literal", job.literal, literalRepetitions, job.isElsewhere);
         if (job.floor)
             round.Add("floor", job.floor, repetitions);
         for (const InstructionSet set : instructionSets)
             if (orvane::IsSupported(set))
                 round.Add(
-                    orvane::Name(set), [&, set] { job.shipped(set); }, repetitions);
+                    orvane::Name(set), [&, set] { job.shipped(set); }, repetitions,
+                    job.isElsewhere);
         const std::map<std::string, double> times = round.Run();
 
         literal.Add(times.at("literal"));

@@ -20,6 +20,9 @@ struct Aims {
     double For(orvane::InstructionSet instructionSet) const;
 };
 
+inline constexpr orvane::InstructionSet instructionSets[] = {
+    orvane::InstructionSet::Avx512, orvane::InstructionSet::Avx2, orvane::InstructionSet::Baseline};
+
 /// One piece of work, done in both ways on the same data.
 struct Job {
     std::function<void()> literal;
@@ -27,6 +30,8 @@ struct Job {
     /// What no implementation can do without (the library calls, the bytes written, the chain of
     /// dependent additions); empty where no such floor is stated.
     std::function<void()> floor;
+    /// Other processes do the work: the time on the clock counts, and not this process's own.
+    bool isElsewhere = false;
 };
 
 /// Adds a row to the table of ratios. `make` prepares the data; they live while the job runs.

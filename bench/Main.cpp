@@ -34,6 +34,12 @@ std::string ProcessorModel()
 
 int main(int argumentCount, char **arguments)
 {
+    const std::string first = argumentCount == 2 ? arguments[1] : "";
+    if (first.rfind(bench::firstPictureOption, 0) == 0) {
+        bench::RenderFirstPicture(first.substr(bench::firstPictureOption.size()));
+        return 0;
+    }
+
     std::vector<char *> all(arguments, arguments + argumentCount);
     char interleaved[] = "--benchmark_enable_random_interleaving=true";
     all.insert(all.begin() + 1, interleaved);

@@ -77,13 +77,13 @@ Job Evaluate(int numBands)
 
 double DerivedTableBytes()
 {
-    return static_cast<double>(MakeBuilder(1024)->polarTable.rows.capacity() * sizeof(double));
+    return static_cast<double>(MakeBuilder(1024)->tables.polarRows.capacity() * sizeof(double));
 }
 
 double LegendreBytes()
 {
     double bytes = 0.0;
-    for (const std::vector<double> &array : MakeBuilder(1024)->legendreLut)
+    for (const std::vector<double> &array : MakeBuilder(1024)->tables.legendreLut)
         bytes += static_cast<double>(array.capacity() * sizeof(double));
     return bytes;
 }

@@ -7,9 +7,7 @@ if(CMAKE_CROSSCOMPILING)
     list(APPEND pythonTestEnvironment PYTHONHOME=Z:${PYTHON27_WIN}
         "WINEPATH=Z:${PYTHON27_WIN}\\;Z:${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
 endif()
-list(APPEND pythonTestEnvironment
-    ASAN_OPTIONS=malloc_context_size=2
-    LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/leak-suppressions.txt:print_suppressions=0)
+list(APPEND pythonTestEnvironment ASAN_OPTIONS=malloc_context_size=2 ${ORVANE_LEAK_OPTIONS})
 
 function(add_python_test name script)
     add_test(NAME ${name} COMMAND tesk-run ${script} WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})

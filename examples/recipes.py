@@ -1,10 +1,11 @@
-"""Runs the recipes of a page, and copies the pictures that the page shows.
+"""Runs the recipes of a page, and copies the pictures that it shows and the HTML that it makes.
 
 Every block of the Markdown page that is marked as Python is run, from top to bottom, in one
 namespace and an empty folder; every line of its shell blocks is a call of orvanekit's command line.
 Run from the project's folder.
 """
 
+import glob
 import os
 import re
 import shlex
@@ -19,12 +20,14 @@ PROGRAM = ["python2.7", "-m", "orvanekit"]
 
 
 def main():
-    page, pictures = sys.argv[1:]
+    page, pictures, html = sys.argv[1:]
     folder = tempfile.mkdtemp()
     try:
         run_page(page, folder)
         for name in shown(page, pictures):
             shutil.copy(os.path.join(folder, name), pictures)
+        for path in glob.glob(os.path.join(folder, "*.html")):
+            shutil.copy(path, html)
     finally:
         shutil.rmtree(folder)
 

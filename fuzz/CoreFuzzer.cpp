@@ -27,7 +27,7 @@
 
 namespace {
 
-constexpr int mostSteps = 24;
+constexpr int maxSteps = 24;
 
 /// Tables of one size, both ways; made once, for they are the costliest part.
 struct Tables {
@@ -42,7 +42,7 @@ struct Tables {
 
 Tables &TablesOf(int steps)
 {
-    static std::unique_ptr<Tables> tables[mostSteps + 1];
+    static std::unique_ptr<Tables> tables[maxSteps + 1];
     if (!tables[steps])
         tables[steps] = std::make_unique<Tables>(steps);
     return *tables[steps];
@@ -52,7 +52,7 @@ Tables &TablesOf(int steps)
 class Job {
 public:
     explicit Job(FuzzedDataProvider &bytes)
-        : bytes(bytes), tables(TablesOf(bytes.ConsumeIntegralInRange(1, mostSteps))),
+        : bytes(bytes), tables(TablesOf(bytes.ConsumeIntegralInRange(1, maxSteps))),
           builder(*tables.builder)
     {
         UseInstructionSet();
@@ -88,7 +88,7 @@ private:
         const int set = bytes.ConsumeIntegralInRange(0, 2);
         const auto instructionSet = static_cast<orvane::InstructionSet>(set);
         if (orvane::IsSupported(instructionSet))
-            builder.kernels = &orvane::KernelsFor(instructionSet);
+            builder.UseInstructionSet(instructionSet);
     }
 
     [[noreturn]] void Differ(const char *job)
@@ -238,7 +238,7 @@ private:
             const int offset = bytes.ConsumeIntegralInRange(-300, 300);
             const literal::Tables *model = &tables.literal;
             if (Rarely(4)) {
-                model = &TablesOf(bytes.ConsumeIntegralInRange(1, mostSteps)).literal;
+                model = &TablesOf(bytes.ConsumeIntegralInRange(1, maxSteps)).literal;
                 builder.GenerateLookUpTables(model->numSteps);
             }
             UseInstructionSet();
@@ -248,7 +248,7 @@ private:
             literal::Render(*model, sh->coefficients.data(), bands, scale, offset, slices, slice,
                             width, height, expected.data());
             Expect("render", builder.imageBuffer.get(), expected.data(), expected.size());
-            if (builder.numSteps != tables.literal.numSteps)
+            if (builder.tables.numSteps != tables.literal.numSteps)
                 builder.GenerateLookUpTables(tables.literal.numSteps);
         }
     }
@@ -285,27 +285,36 @@ private:
         SphericalHarmonic &target = any();
         SphericalHarmonic &first = any();
         SphericalHarmonic &second = any();
-        const auto literally = [&](const SphericalHarmonic &sh) {
-            return literal::Set{sh.numBands, Copy(sh)};
-        };
-        literal::Set expected = literally(target);
+        literal::Set expected = Literally(target);
+        Combine(expected, target, first, second);
+        if (target.numBands != expected.numBands)
+            Differ("arithmetic");
+        ExpectSet("arithmetic", target, expected.coefficients);
+    }
+
+    literal::Set Literally(const SphericalHarmonic &sh) { return {sh.numBands, Copy(sh)}; }
+
+    /// The same operation on the model's target and on ours.
+    void Combine(literal::Set &expected, SphericalHarmonic &target, SphericalHarmonic &first,
+                 SphericalHarmonic &second)
+    {
         const auto scale = static_cast<float>(Number());
         const double alpha = Number();
         switch (bytes.ConsumeIntegralInRange(0, 6)) {
         case 0:
-            literal::Add(expected, literally(first));
+            literal::Add(expected, Literally(first));
             builder.AddSH(&target, &first);
             break;
         case 1:
-            literal::AddScaled(expected, literally(first), scale);
+            literal::AddScaled(expected, Literally(first), scale);
             builder.AddScaledSH(&target, &first, scale);
             break;
         case 2:
-            literal::Subtract(expected, literally(first));
+            literal::Subtract(expected, Literally(first));
             builder.SubtractSH(&target, &first);
             break;
         case 3:
-            literal::SubtractScaled(expected, literally(first), scale);
+            literal::SubtractScaled(expected, Literally(first), scale);
             builder.SubtractScaledSH(&target, &first, scale);
             break;
         case 4:
@@ -313,16 +322,13 @@ private:
             builder.ScaleSH(&target, scale);
             break;
         case 5:
-            literal::CopyScaleAndSubtract(expected, literally(first), scale, literally(second));
+            literal::CopyScaleAndSubtract(expected, Literally(first), scale, Literally(second));
             builder.CopyScaleAndSubtractSH(&target, &first, scale, &second);
             break;
         default:
-            literal::Lerp(expected, literally(first), literally(second), alpha);
+            literal::Lerp(expected, Literally(first), Literally(second), alpha);
             builder.LerpSH(&target, &first, &second, alpha);
         }
-        if (target.numBands != expected.numBands)
-            Differ("arithmetic");
-        ExpectSet("arithmetic", target, expected.coefficients);
     }
 
     void Rotate()

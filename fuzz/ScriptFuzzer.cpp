@@ -64,13 +64,6 @@ class Hostile(object):
     def __int__(self): return self.run()
     def __index__(self): return self.run()
     def __long__(self): return self.run()
-class HostileInt(int):
-    def __new__(cls, action, value):
-        self = int.__new__(cls, value)
-        self.action = action
-        return self
-    __float__ = __int__ = lambda self: (self.action(), int.__index__(self))[1]
-    def __index__(self): return int(self)
 )";
 
 struct Environment {

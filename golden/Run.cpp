@@ -95,8 +95,7 @@ void CreateFromImage(SHBuilder &builder, SphericalHarmonic &set, int width, int 
 
 void Copy(SHBuilder &, SphericalHarmonic &copy, const SphericalHarmonic &set)
 {
-    copy.SetNumBands(set.numBands);
-    std::copy(set.coefficients.begin(), set.coefficients.end(), copy.coefficients.begin());
+    orvane::CopySH(set, copy);
 }
 
 void RotateAboutPole(SHBuilder &, SphericalHarmonic &out, const SphericalHarmonic &in, double angle)

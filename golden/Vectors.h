@@ -1,6 +1,6 @@
 #pragma once
 
-// Golden vectors: recipes and what they have to give. README.md in this folder states the format.
+// Golden vectors: recipes and what they have to give. tests/golden/README.md states the format.
 
 #include <string>
 #include <vector>

@@ -49,7 +49,7 @@ BandRotation::BandRotation(const double matrix[3][3])
     for (int l = 2; l < 30; ++l)
         for (int n = -l; n <= l; ++n)
             for (int m = -l; m <= l; ++m)
-                R(l, m, n) = Mel(l, m, n);
+                R(l, m, n) = Element(l, m, n);
 }
 
 double BandRotation::P(int i, int l, int a, int b)
@@ -87,7 +87,7 @@ double BandRotation::W(int l, int m, int n)
     return P(1, l, m - 1, n) - P(-1, l, -m + 1, n);
 }
 
-double BandRotation::Mel(int l, int m, int n)
+double BandRotation::Element(int l, int m, int n)
 {
     const int a = std::abs(m);
     const double d = m == 0 ? 1.0 : 0.0;

@@ -23,7 +23,7 @@ private:
     double U(int l, int m, int n);
     double V(int l, int m, int n);
     double W(int l, int m, int n);
-    double Mel(int l, int m, int n);
+    double Element(int l, int m, int n);
 
     std::array<std::vector<double>, 30> bands;
 };

@@ -19,6 +19,7 @@ from .extremes import Extremes, extremes
 from .files import load, load_with_notes, save
 from .fitting import fitted
 from .images import read_image, write_image
+from .page import write_page
 from .pictures import globe, map_picture
 from .pointwise import combined, product
 from .projection import projected
@@ -35,4 +36,4 @@ __all__ = [
     "imported", "lanczos", "laplacian", "load", "load_with_notes", "make_set",
     "map_picture", "product", "projected", "read_image", "rotation",
     "rotation_between", "rotation_matrix", "rotation_xyz", "rotation_zyz",
-    "save", "spectrum", "write_image"]
+    "save", "spectrum", "write_image", "write_page"]

@@ -1,8 +1,8 @@
 # The signatures of the Python 2.7 package orvanekit.
 
 from array import array
-from typing import (Any, Callable, Dict, List, NamedTuple, Optional, Sequence,
-                    Tuple, TypeVar, Union)
+from typing import (Any, Callable, Dict, Iterable, List, NamedTuple, Optional,
+                    Sequence, Text, Tuple, TypeVar, Union)
 
 from _Orvane import SphericalHarmonic
 
@@ -65,3 +65,5 @@ def save(path: str, sh: _AnySet, **notes: Any) -> None: ...
 def spectrum(sh: SphericalHarmonic) -> List[float]: ...
 def write_image(path: str, width: int, height: int, values: Union[_Values, _Planes],
                 bits: Optional[int] = None) -> None: ...
+def write_page(path: str, sets: Iterable[Tuple[Text, _AnySet]],
+               title: Text = "Spherical harmonics") -> None: ...

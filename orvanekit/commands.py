@@ -5,6 +5,9 @@ import json
 import math
 import os
 import sys
+import urllib
+import urlparse
+import webbrowser
 
 import orvanekit as kit
 
@@ -14,7 +17,7 @@ from .command_line import Command, about
 from .files import write_whole
 from .join import join
 from .progress import Progress
-from .sets import channels
+from .sets import channels, finite
 from .textfiles import read_numbers
 
 _BAR = 40  # characters of the longest bar of a spectrum
@@ -222,6 +225,37 @@ def _fit(options):
     _save(options.made, sh, os.path.basename(options.given))
 
 
+def _view_arguments(parser):
+    parser.add_argument("given", metavar="SET.json", nargs="+")
+    parser.add_argument("-o", "--output", metavar="PAGE.html",
+                        help="the page; the first set's file with the "
+                        "ending .html unless given")
+    parser.add_argument("--title", help="of the page; the names of the "
+                        "sets' files unless given")
+    parser.add_argument("--open", action="store_true",
+                        help="show it in the browser")
+
+
+def _view(options):
+    sets = []
+    for path in options.given:
+        sh, _ = _load(path)
+        with about(path):
+            map(finite, channels(sh))
+        name = os.path.splitext(os.path.basename(path))[0]
+        sets.append((name.decode("utf-8", "replace"), sh))
+    made = options.output or os.path.splitext(options.given[0])[0] + ".html"
+    title = options.title or u", ".join(name for name, _ in sets)
+    with about(made), Progress("writing " + made):
+        kit.write_page(made, sets, title)
+    print made
+    if options.open:
+        address = urlparse.urljoin(
+            "file:", urllib.pathname2url(os.path.abspath(made)))
+        if not webbrowser.open(address):
+            raise ValueError("%s: no browser opens it" % made)
+
+
 def _part(text):
     """K/N as (K, N)."""
     first, parts = map(int, text.split("/"))
@@ -295,6 +329,9 @@ COMMANDS = [
             ["sky.json sky.png --width 1024 --gamma 2.2",
              "earth.json earth.png --globe --view 60 200 --grey"],
             _render_arguments, _render),
+    Command("view", "make a page of sets that any browser shows",
+            ["sky.json --open", "before.json after.json -o both.html"],
+            _view_arguments, _view),
     Command("filter", "smooth a set",
             ["sky.json smooth.json --dering", "sky.json light.json "
              "--irradiance", "earth.json blurred.json --heat 0.1"],

@@ -10,7 +10,8 @@ import orvanekit
 SUBJECTS = [
     ("Coefficients", "coefficients make_set spectrum extremes"),
     ("Windows", "filtered dering hann lanczos heat cap clamped_cosine laplacian"),
-    ("From and to pictures", "projected read_image write_image globe map_picture"),
+    ("From and to pictures", "projected read_image write_image globe map_picture "
+     "write_page"),
     ("Functions of sets", "combined product fitted"),
     ("Rotations", "rotation rotation_between rotation_matrix rotation_zyz rotation_xyz"),
     ("Conventions and files", "exported imported save load load_with_notes"),

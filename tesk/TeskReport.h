@@ -60,9 +60,9 @@ TESK_API TeskTotals TeskReportTotals(void);
 /// Forgets assertion hits and an outstanding failure, and takes what lives now as every peak.
 TESK_API void TeskResetReport(void);
 
-/// Makes the n-th allocation of the given kinds from now fail, once; 0 takes the order back.
+/// Makes the n-th allocation of the given kinds from now fail, once; 0 cancels.
 TESK_API void TeskFailAllocation(int kinds, std::int64_t n);
-/// True while the allocation that was to fail has not come yet.
+/// True until the allocation that is to fail is made.
 TESK_API bool TeskFailureIsPending(void);
 }
 

@@ -2,11 +2,10 @@
 
 // The sizes that an image may have.
 
-#include "orvane/sh/Errors.h"
+#include "orvane/base/Errors.h"
+#include "orvane/base/Limits.h"
 
 #include <cstdint>
-#include <limits>
-#include <string>
 
 namespace orvane {
 
@@ -14,15 +13,9 @@ namespace orvane {
 /// pixels
 inline void RequireImageSize(std::int32_t width, std::int32_t height)
 {
-    constexpr std::int32_t mostPixels = std::numeric_limits<std::int32_t>::max();
-    if (width < 0)
-        throw std::invalid_argument(IllegalValue("width", width, "0 or more"));
-    if (height < 0)
-        throw std::invalid_argument(IllegalValue("height", height, "0 or more"));
-    const long long pixels = static_cast<long long>(width) * height;
-    if (pixels > mostPixels)
-        throw std::invalid_argument(
-            IllegalValue("width * height", pixels, "at most " + std::to_string(mostPixels)));
+    RequireAtLeast("width", width, 0);
+    RequireAtLeast("height", height, 0);
+    RequireAtMost("width * height", std::int64_t{width} * height, maxPixels);
 }
 
 } // namespace orvane

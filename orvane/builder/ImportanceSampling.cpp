@@ -1,16 +1,13 @@
 // Gaussians from points that lie where the Gaussian is. A fixed cloud of normal offsets is placed
 // around the mean; the leaves of a quadtree over all points tell how crowded each point's place is.
 
-#include "orvane/builder/ImportanceSampling.h"
-
-#include "orvane/builder/LookUpTables.h"
-#include "orvane/builder/Projection.h"
+#include "orvane/base/Constants.h"
+#include "orvane/base/Errors.h"
+#include "orvane/base/Limits.h"
 #include "orvane/builder/Projector.h"
 #include "orvane/builder/Random.h"
 #include "orvane/builder/SHBuilder.h"
 #include "orvane/sh/Basis.h"
-#include "orvane/sh/Constants.h"
-#include "orvane/sh/Errors.h"
 
 #include <algorithm>
 #include <array>
@@ -21,11 +18,8 @@ using namespace orvane;
 
 namespace {
 
-/// The largest cloud: 3 GB of offsets and densities.
-constexpr std::int32_t mostOffsets = 1 << 27;
-
-/// Of the standard normal distribution.
-constexpr double densityAtMean = 0.3989422803558185;
+/// 1 / sqrt(2 pi), the peak density of the standard normal distribution.
+constexpr double peakDensity = 0.3989422803558185;
 
 /// Area of a cell of each depth on the unit sphere: a quarter of the one above, exactly.
 constexpr std::array<double, quadTreeDepth + 1> cellAreas = [] {
@@ -76,8 +70,9 @@ void PlacePoints(const std::vector<GaussOffset> &offsets, const std::vector<Sphe
 constexpr std::size_t drawBlock = 128;
 
 /// Draws `count` offsets, at most drawBlock, with their densities. Each takes its draws of the
-/// deviate, then one of the angle. All draws come before the first library call, so that a rejected
-/// pair, which no processor foresees, does not hold up the next offset's functions.
+/// deviate, then one of the angle. All draws come before the first library call: whether a pair of
+/// draws is rejected is unforeseeable, and the processor, which guesses wrong, would throw away the
+/// logarithm or sine that it has begun.
 void AppendOffsets(std::size_t count, std::vector<GaussOffset> &offsets,
                    std::vector<double> &densities)
 {
@@ -91,24 +86,17 @@ void AppendOffsets(std::size_t count, std::vector<GaussOffset> &offsets,
     for (std::size_t i = 0; i < count; ++i) {
         const double g = GaussDeviate(points[i]);
         offsets.push_back({std::sin(angles[i]) * g, std::cos(angles[i]) * g});
-        densities.push_back(std::exp(g * g * -0.5) * densityAtMean);
+        densities.push_back(std::exp(g * g * -0.5) * peakDensity);
     }
 }
 
 } // namespace
 
-/// Draws the cloud of offsets, the first of them none at all, and a stratified cover of the sphere
-/// of density 0; they replace the earlier ones.
-/// @param sqrtNumSamples of the cover, per axis, at most 16,384; none below 1
-/// @param numGaussSamples offsets, at most 2^27; 1 where it is below
-/// @throws std::invalid_argument, std::bad_alloc; samples and generator are then as they were
 void SHBuilder::GeneratePDFSamples(std::int32_t seed, std::int32_t sqrtNumSamples,
                                    std::int32_t numGaussSamples)
 {
-    RequireSampleLimit(sqrtNumSamples);
-    if (numGaussSamples > mostOffsets)
-        throw std::invalid_argument(IllegalValue("numGaussSamples", numGaussSamples,
-                                                 "at most " + std::to_string(mostOffsets)));
+    RequireAtMost("sqrtNumSamples", sqrtNumSamples, maxSamplesPerAxis);
+    RequireAtMost("numGaussSamples", numGaussSamples, maxGaussOffsets);
     const std::size_t numOffsets = std::max(numGaussSamples, 1);
     const std::size_t perAxis = std::max(sqrtNumSamples, 0);
     // All memory first: nothing fails from the seeding on.
@@ -118,7 +106,8 @@ void SHBuilder::GeneratePDFSamples(std::int32_t seed, std::int32_t sqrtNumSample
 
     platform::srand(static_cast<std::uint32_t>(seed));
     pdfGaussOffsets.assign(1, {0.0, 0.0});
-    pdfDensities.assign(1, 1.0); // not the density at the mean
+    // The point at the mean weighs 1, not the peak density: that is how these Gaussians are made.
+    pdfDensities.assign(1, 1.0);
     while (pdfGaussOffsets.size() < numOffsets)
         AppendOffsets(std::min(numOffsets - pdfGaussOffsets.size(), drawBlock), pdfGaussOffsets,
                       pdfDensities);
@@ -126,36 +115,28 @@ void SHBuilder::GeneratePDFSamples(std::int32_t seed, std::int32_t sqrtNumSample
     pdfDensities.resize(numOffsets + pdfSphericalSamples.size(), 0.0);
 }
 
-/// Makes a set of the 30 bands of a Gaussian made of the samples; NaN where there are none. What
-/// coefficients the set has already are the start of the sums.
-/// @param latitude polar angle of the mean in radians, @param longitude its azimuth
-/// @param stdDev how far the offsets reach, in radians; their densities do not depend on it
-/// @throws std::invalid_argument where there are samples and an argument or a point's place is not
-/// finite, NotReady without tables where there are samples, std::bad_alloc. The set is unchanged
-/// then.
+// Point i weighs area * density / count, with the area of its leaf and the count of points that
+// share the leaf: where points crowd, each counts for less.
 SphericalHarmonic &SHBuilder::CreateImportanceSampledGaussSH(SphericalHarmonic &sh, double latitude,
                                                              double longitude, double stdDev)
 {
     PlacedPoints &points = placedPoints;
     PlacePoints(pdfGaussOffsets, pdfSphericalSamples, latitude, longitude, stdDev, points);
     const std::vector<QuadLeaf> &leaves = points.tree.FindLeaves(points.onSphere);
-    if (!leaves.empty())
-        RequireLookUpTables(*this);
 
-    Projector projector(*this, tableCoefficients, Projector::Rounding::Weighted);
-    projector.StartAt(sh);
-    double total = 0.0;
-    for (std::size_t i = 0; i < leaves.size(); ++i) {
+    double totalArea = 0.0;
+    const auto pointAt = [&](std::size_t i) -> ProjectionPoint {
         const double area = cellAreas[leaves[i].depth];
-        total = total + area;
+        totalArea = totalArea + area;
         double weight = area * pdfDensities[i];
         if (leaves[i].count > 1)
             weight = weight / static_cast<double>(leaves[i].count);
         // A polar angle may lie beyond the tables' one turn; it is folded as an azimuth is.
-        const std::int32_t thetaStep =
-            std::min(TableIndex(angleScale, WrapAngle(points.theta[i])), numSteps - 1);
-        projector.Add(thetaStep, points.onSphere[i].phi, weight);
-    }
-    projector.Store(static_cast<float>(FOUR_PI_F / total), tableBands, sh);
-    return sh;
+        return {points.onSphere[i].phi, weight, tables.FoldedStep(points.theta[i])};
+    };
+    const auto weight = [&] { return static_cast<float>(FOUR_PI_F / totalArea); };
+
+    Projector projector(tables, *kernels, tableCoefficients, Projector::Rounding::Weighted);
+    projector.StartAt(sh);
+    return projector.Project(leaves.size(), pointAt, weight, tableBands, sh);
 }

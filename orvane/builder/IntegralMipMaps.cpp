@@ -1,18 +1,14 @@
-// Integrals of the sum of the basis functions' factors at twelve resolutions: over bands of cos
-// theta of the polar factors, over wedges of phi of the angle factors.
+#include "orvane/builder/IntegralMipMaps.h"
 
-#include "orvane/builder/LookUpTables.h"
-#include "orvane/builder/SHBuilder.h"
-#include "orvane/sh/Basis.h"
-#include "orvane/sh/Constants.h"
+#include "orvane/base/Constants.h"
 #include "orvane/sh/LegendreIntegrals.h"
+#include "orvane/sh/LookUpTables.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 
-using namespace orvane;
-
+namespace orvane {
 namespace {
 
 /// Levels of a mip-map; level L has 2^L cells.
@@ -24,21 +20,20 @@ constexpr int phiTerms = 30;
 constexpr int phiOrders = 5;
 
 /// An antiderivative of the sum of the angle factors of the first 30 indices. Those of order 0 are
-/// left out. The angle's sine and cosine are table entries, those of its multiples follow by the
-/// recurrence of Chebyshev.
-double PhiAntiderivative(const SHBuilder &builder, double phi)
+/// left out. The angle's sine and cosine are table entries, those of its multiples follow by
+/// Chebyshev's recurrence, cos(j a) = 2 cos a cos((j - 1) a) - cos((j - 2) a) and the same for sin.
+double PhiAntiderivative(const LookUpTables &tables, double phi)
 {
-    const std::int32_t step =
-        std::min(TableIndex(builder.angleScale, WrapAngle(phi)), builder.numSteps - 1);
-    std::array<double, phiOrders + 1> cosine = {1.0, builder.cosLut[step]};
-    std::array<double, phiOrders + 1> sine = {0.0, builder.sinLut[step]};
+    const std::int32_t step = tables.FoldedStep(phi);
+    std::array<double, phiOrders + 1> cosine = {1.0, tables.cosLut[step]};
+    std::array<double, phiOrders + 1> sine = {0.0, tables.sinLut[step]};
     for (int j = 2; j <= phiOrders; ++j) {
         sine[j] = sine[j - 1] * 2.0 * cosine[1] - sine[j - 2];
         cosine[j] = cosine[j - 1] * 2.0 * cosine[1] - cosine[j - 2];
     }
     double sum = 0.0;
     for (int index = 0; index < phiTerms; ++index) {
-        const int m = builder.orderLut[index];
+        const int m = tables.orderLut[index];
         if (m > 0)
             sum = sum + sine[m] / static_cast<double>(m);
         if (m < 0)
@@ -47,10 +42,10 @@ double PhiAntiderivative(const SHBuilder &builder, double phi)
     return sum;
 }
 
-/// Fills `scratch` with the integrals of one band of cos theta at LegendrePair(l, m) and returns
+/// Fills `scratch` with the integrals of one zone of cos theta at LegendrePair(l, m) and returns
 /// their sum. The first three have formulas of their own, and that of l = m = 1 is the integral of
 /// sin theta, the negative of P(1, 1).
-double SumBand(double x1, double x2, std::array<double, legendrePairs> &scratch)
+double SumZone(double x1, double x2, std::array<double, legendrePairs> &scratch)
 {
     scratch = IntegrateLegendre(x1, x2);
     scratch[LegendrePair(0, 0)] = x2 - x1;
@@ -66,34 +61,36 @@ double SumBand(double x1, double x2, std::array<double, legendrePairs> &scratch)
 
 } // namespace
 
-void SHBuilder::GenerateImporanceIntegralMipMaps()
+void IntegralMipMaps::Generate(const LookUpTables &tables)
 {
-    RequireLookUpTables(*this);
+    tables.Require();
     std::vector<std::vector<double>> thetaLevels(mipLevels);
     std::vector<std::vector<double>> phiLevels(mipLevels);
-    std::vector<double> lastBand(legendrePairs);
+    std::vector<double> lastZone(legendrePairs);
     std::array<double, legendrePairs> scratch;
     for (int level = 0; level < mipLevels; ++level) {
         const int cells = 1 << level;
         const double width = 2.0 / cells;
-        const double wedge = 6.2831855f / static_cast<float>(cells);
+        const double wedge = static_cast<float>(TWO_PI_F) / static_cast<float>(cells);
         thetaLevels[level].resize(cells);
         phiLevels[level].resize(cells);
-        double before = PhiAntiderivative(*this, 0.0);
+        double before = PhiAntiderivative(tables, 0.0);
         for (int k = 0; k < cells; ++k) {
-            thetaLevels[level][k] = SumBand(k * width - 1.0, (k + 1) * width - 1.0, scratch);
-            const double after = PhiAntiderivative(*this, (k + 1) * wedge);
+            thetaLevels[level][k] = SumZone(k * width - 1.0, (k + 1) * width - 1.0, scratch);
+            const double after = PhiAntiderivative(tables, (k + 1) * wedge);
             phiLevels[level][k] = after - before;
             before = after;
         }
     }
-    std::copy(scratch.begin(), scratch.end(), lastBand.begin());
+    std::copy(scratch.begin(), scratch.end(), lastZone.begin());
 
     thetaIntegralMipMap.swap(thetaLevels);
     phiIntegralMipMap.swap(phiLevels);
-    integralScratch.swap(lastBand);
+    integralScratch.swap(lastZone);
     const std::vector<double> &theta = thetaIntegralMipMap[1];
     const std::vector<double> &phi = phiIntegralMipMap[1];
     totalIntegral =
         ((phi[0] * theta[0] + phi[1] * theta[0]) + theta[1] * phi[0]) + phi[1] * theta[1];
 }
+
+} // namespace orvane

@@ -1,7 +1,7 @@
 #include "orvane/builder/PictureTables.h"
 
-#include "orvane/sh/Basis.h"
-#include "orvane/sh/Constants.h"
+#include "orvane/base/Bands.h"
+#include "orvane/base/Constants.h"
 
 #include <algorithm>
 

@@ -1,9 +1,8 @@
 // No cell is ever made. A point's way down the full tree is 11 levels of two comparisons, phi and
 // cos theta each against the midpoint of the cell it has reached, and those midpoints are fixed
-// numbers:
+// numbers. That makes 22 bits:
 //
-//   path = phi bit, cos bit of level 1 | phi bit, cos bit of level 2 | ... | of level 11   (22
-//   bits)
+//   path = phi bit, cos bit of level 1 | phi bit, cos bit of level 2 | ... | of level 11
 //
 // Points that share a cell of depth d are those whose paths share the first 2 d bits. A point's
 // leaf is the largest cell that it has for itself; so with all paths in order, it lies one level
@@ -11,6 +10,8 @@
 // leaf of the deepest level.
 
 #include "orvane/builder/QuadTree.h"
+
+#include "orvane/base/Constants.h"
 
 #include <algorithm>
 #include <array>
@@ -22,7 +23,7 @@ namespace {
 
 constexpr int columns = 1 << quadTreeDepth; ///< cells of the deepest level along either axis
 constexpr int half = columns / 2;
-constexpr float rootPhiMax = 6.2831855f;
+constexpr auto rootPhiMax = static_cast<float>(TWO_PI_F);
 
 /// Entry k is where column k begins in phi. Nothing compares with the root's own bounds: the last
 /// column has no end.

@@ -29,8 +29,8 @@ inline constexpr int quadTreeDepth = 11;
 /// Finds leaves, keeping its memory, 24 bytes a point, from one call to the next.
 class QuadTree {
 public:
-    /// The leaf of every point, in the points' order, of the tree that holds them all; stands until
-    /// the next call.
+    /// One leaf per point, in point order, of the tree that holds them all. The reference is valid
+    /// until the next call.
     /// @param points at most 2^31 - 1
     /// @throws std::bad_alloc
     const std::vector<QuadLeaf> &FindLeaves(const std::vector<QuadPoint> &points);

@@ -1,7 +1,6 @@
 #include "orvane/builder/Random.h"
 
-#include "orvane/builder/SHBuilder.h"
-#include "orvane/sh/Constants.h"
+#include "orvane/base/Constants.h"
 
 #include <cmath>
 
@@ -15,15 +14,3 @@ double GaussDensity(double x, double mean, double stdDev)
 }
 
 } // namespace orvane
-
-/// Seeds the calling thread's generator, which all builders share.
-void SHBuilder::SetRandomSeed(std::int32_t seed)
-{
-    platform::srand(static_cast<std::uint32_t>(seed));
-}
-
-/// GaussDensity for scripts.
-double SHBuilder::GetGaussDensity(const double &x, const double &mean, const double &stdDev)
-{
-    return orvane::GaussDensity(x, mean, stdDev);
-}

@@ -1,7 +1,7 @@
 // Arithmetic on coefficient sets as the builder offers it: the target is changed and handed back.
 
+#include "orvane/base/Errors.h"
 #include "orvane/builder/SHBuilder.h"
-#include "orvane/sh/Errors.h"
 
 using namespace orvane;
 
@@ -58,9 +58,6 @@ SphericalHarmonic *SHBuilder::ScaleSH(SphericalHarmonic *target, float scale)
     return target;
 }
 
-/// Adds value times the band-0 basis function's value to coefficient 0. An empty set has none to
-/// change and needs no tables.
-/// @throws NotReady before the tables exist
 SphericalHarmonic *SHBuilder::OffsetSH(SphericalHarmonic *target, float value)
 {
     RequireSet(target, 0);

@@ -1,6 +1,6 @@
 #pragma once
 
-// Job: the factors cos(m phi) and sin(m phi) that one azimuth gives the orders m of the basis
+// Kernel: the factors cos(m phi) and sin(m phi) that one azimuth gives the orders m of the basis
 // functions, as the angle tables hold them.
 
 #include <cstdint>

@@ -15,7 +15,6 @@
 // correction by T, exact for the same reason, puts r into range. Larger angles take the exact
 // remainder of the C library.
 
-constexpr double fullTurn = 0x1.921fb6p+2;
 constexpr double vectorFoldLimit = 0x1p31;
 
 constexpr int factorEntries = 32;
@@ -26,9 +25,9 @@ alignas(64) constexpr double orderValues[factorEntries] = {
 
 inline VecD FoldAngles(VecD angle)
 {
-    const VecD turn = Broadcast(fullTurn);
+    const VecD turn = Broadcast(TWO_PI_F);
     const VecD magnitude = angle < 0.0 ? -angle : angle;
-    const VecD turns = Widen(Truncate(magnitude * (1.0 / fullTurn)));
+    const VecD turns = Widen(Truncate(magnitude * (1.0 / TWO_PI_F)));
     VecD rest = magnitude - turns * turn;
     rest = rest > turn ? rest - turn : rest;
     rest = ((rest <= 0.0) & (turns > 0.0)) ? rest + turn : rest;
@@ -40,10 +39,10 @@ inline double FoldLargeAngle(double angle)
 {
     double magnitude = __builtin_fabs(angle);
     while (magnitude >= 0x1p32) {
-        double next = magnitude - fullTurn;
+        double next = magnitude - TWO_PI_F;
         if (next == magnitude)
             break;
-        const double after = next - fullTurn;
+        const double after = next - TWO_PI_F;
         const int exponent = __builtin_ilogb(magnitude);
         if (__builtin_ilogb(after) == exponent) {
             const double lowest = __builtin_ldexp(1.0, exponent);
@@ -51,9 +50,9 @@ inline double FoldLargeAngle(double angle)
         }
         magnitude = next;
     }
-    const double remainder = __builtin_fmod(magnitude, fullTurn);
-    const double rest = remainder == 0.0 ? fullTurn : remainder;
-    return angle < 0.0 ? fullTurn - rest : rest;
+    const double remainder = __builtin_fmod(magnitude, TWO_PI_F);
+    const double rest = remainder == 0.0 ? TWO_PI_F : remainder;
+    return angle < 0.0 ? TWO_PI_F - rest : rest;
 }
 
 /// The bounded table indices of the orders 0 to orders - 1.

@@ -1,6 +1,6 @@
 #pragma once
 
-// Job: about how far points of the sphere are from a direction, without a library call.
+// Kernel: about how far points of the sphere are from a direction, without a library call.
 
 namespace orvane {
 

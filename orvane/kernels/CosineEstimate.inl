@@ -10,7 +10,7 @@
 // 7.0e-9 on sin theta, 1.4e-7 on sin phi and 2.5e-7 on cos phi, hence less than 5e-7 on the scalar
 // product with a unit vector; rounding adds some 1e-15. cosineEstimateError is twice that.
 
-constexpr double halfPi = 0x1.921fb54442d18p+0;
+constexpr double halfPi = pi / 2;
 constexpr double polynomialLimit = 1.58;
 
 inline VecD SinePolynomial(VecD x)

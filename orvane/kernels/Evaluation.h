@@ -1,6 +1,6 @@
 #pragma once
 
-// Job: the value of a coefficient set at one point of the sphere.
+// Kernel: the value of a coefficient set at one point of the sphere.
 
 #include "orvane/kernels/AngleFactors.h"
 

@@ -1,12 +1,15 @@
 // The kernels of one instruction set. Included by exactly one source file per set, which names the
 // set (ORVANE_INSTRUCTION_SET) and its vector width in bytes (ORVANE_VECTOR_BYTES).
 //
-// Everything here lives in a namespace without a name and calls no inline function or template of
-// the standard library: the linker keeps one copy of such a function for the whole program, and it
-// could be the one compiled for a processor that is not there.
+// Everything here lives in a namespace without a name and calls no inline function or template from
+// outside it, be it the standard library's or our own, that is not always inlined: the linker keeps
+// one copy of such a function for the whole program, and it could be the one compiled for a
+// processor that is not there.
 
+#include "orvane/base/Bands.h"
+#include "orvane/base/Constants.h"
+#include "orvane/base/PolarRow.h"
 #include "orvane/kernels/Kernels.h"
-#include "orvane/kernels/PolarTable.h"
 
 #include <utility>
 
@@ -17,11 +20,11 @@ namespace {
 #include "orvane/kernels/Vector.inl"
 
 #include "orvane/kernels/AngleFactors.inl"
+#include "orvane/kernels/BandRotation.inl"
 #include "orvane/kernels/CosineEstimate.inl"
 #include "orvane/kernels/Evaluation.inl"
 #include "orvane/kernels/Legendre.inl"
-#include "orvane/kernels/Projection.inl"
-#include "orvane/kernels/Rotation.inl"
+#include "orvane/kernels/PointSums.inl"
 
 #include "orvane/kernels/Fused.inl"
 #include "orvane/kernels/RowSums.inl"

@@ -4,13 +4,13 @@
 // code; KernelTable.inl puts them together and is compiled once per instruction set.
 
 #include "orvane/kernels/AngleFactors.h"
+#include "orvane/kernels/BandRotation.h"
 #include "orvane/kernels/CosineEstimate.h"
 #include "orvane/kernels/Evaluation.h"
 #include "orvane/kernels/InstructionSet.h"
 #include "orvane/kernels/Legendre.h"
-#include "orvane/kernels/Projection.h"
+#include "orvane/kernels/PointSums.h"
 #include "orvane/kernels/Render.h"
-#include "orvane/kernels/Rotation.h"
 
 namespace orvane {
 
@@ -20,8 +20,8 @@ struct Kernels {
     LegendreKernel legendre;
     EvaluationKernel evaluation;
     CosineEstimateKernel cosineEstimate;
-    ProjectionKernel addWeighted;
-    ProjectionKernel addPixels;
+    PointSumsKernel addWeighted;
+    PointSumsKernel addPixels;
     RowLayoutKernel layRows;
     ColumnLayoutKernel layColumns;
     RenderKernel render;

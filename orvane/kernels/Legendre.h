@@ -1,6 +1,6 @@
 #pragma once
 
-// Job: the associated Legendre functions of 30 bands at every theta step as one array per
+// Kernel: the associated Legendre functions of 30 bands at every theta step as one array per
 // coefficient index, and the normalised rows of the polar table for the first of the steps.
 
 #include <cstdint>
@@ -12,7 +12,7 @@ struct LegendreTables {
     std::int32_t numSteps;       ///< 1 and up
     const double *normalisation; ///< K(l, m) at index l*l + l + m, 900 values
     double *const *legendre;     ///< 900 arrays of numSteps: P(l, |m|, cos theta); filled
-    double *polarRows;           ///< polarSteps rows as PolarTable.h lays them out; filled, but
+    double *polarRows;           ///< polarSteps rows as PolarRow.h lays them out; filled, but
                                  ///< their padding must be zero before
     std::int32_t polarSteps;     ///< 0 to numSteps
 };

@@ -104,7 +104,7 @@ inline void FillOrder(const LegendreTables &tables, int m, StepBlock block, cons
             if (group + row >= tableBands)
                 continue;
             const int l = group + row;
-            const int index = l * l + l + m;
+            const int index = CoefficientIndex(l, m);
             for (int i = 0; i < blockVectors; ++i) {
                 if (l > m) {
                     // For l = m + 1 it takes 0 from the product and divides by 1: no change.

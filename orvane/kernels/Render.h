@@ -1,6 +1,6 @@
 #pragma once
 
-// Job: renders a coefficient set into rows of an 8-bit image.
+// Kernel: renders a coefficient set into rows of an 8-bit image.
 //
 // The pixel of column x, row y stands for the point phi = x * dPhi, theta = y * dTheta. With v the
 // set's value there, summed in double in index order over the lookup tables, its byte is
@@ -12,8 +12,8 @@
 // What depends on the size of the picture and on the tables, but not on the set, is laid out first
 // (LayRows, LayColumns) and serves any number of renders.
 
+#include "orvane/base/PolarRow.h"
 #include "orvane/kernels/AngleFactors.h"
-#include "orvane/kernels/PolarTable.h"
 
 #include <cstddef>
 #include <cstdint>

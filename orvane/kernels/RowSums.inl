@@ -5,14 +5,16 @@
 // rows of a picture are laid side by side once:
 //
 //             row 0  1  2  ..  7 | row 8 ..
-//    (0, 0)      q  q  q       q |              m = 0:  l = 0, 1, .. bands - 1
-//    (1, 0)      q  q  q       q |
+//    (0, 0)      q  q  q       q |              m = 0 and 1, taking turns:
+//    (1, 1)      q  q  q       q |              (m, m), then for l = m + 1 .. bands - 1
+//    (1, 0)      q  q  q       q |              (l, m + 1), (l, m)
+//    (2, 1)      q  q  q       q |
 //      ..                        |
-//    (1, 1)      q  q  q       q |              m = 1:  l = 1, .. bands - 1
+//    (2, 2)      q  q  q       q |              m = 2 and 3, and so on
 //      ..
 //
 // so that a coefficient, broadcast, times a vector of rows is a term of all their sums: no padding
-// and no sum over lanes.
+// and no sum over lanes. Two orders at a time keep enough sums under way.
 
 constexpr int groupVectors = rowGroup / lanes;
 

@@ -4,8 +4,8 @@
 constexpr int lanes = ORVANE_VECTOR_BYTES / 8; ///< doubles in a vector
 
 typedef double VecD __attribute__((vector_size(lanes * 8)));
-typedef float VecF
-    __attribute__((vector_size(lanes * 4))); ///< as many floats as a VecD has doubles
+/// As many floats as a VecD has doubles.
+typedef float VecF __attribute__((vector_size(lanes * 4)));
 typedef long long VecL __attribute__((vector_size(lanes * 8)));
 typedef int VecI __attribute__((vector_size(lanes * 4)));
 

@@ -1,6 +1,5 @@
 #include "orvane/manual/Manual.h"
-#include "orvane/module/SHBuilderTable.h"
-#include "orvane/module/SphericalHarmonicTable.h"
+#include "orvane/module/ClassTables.h"
 
 #include <cctype>
 #include <string>
@@ -11,8 +10,6 @@ namespace orvane::manual {
 namespace {
 
 using namespace binding;
-
-constexpr const ClassTable *classes[] = {&sphericalHarmonicTable, &shBuilderTable};
 
 constexpr std::string_view introduction =
     R"(How to read it:
@@ -31,30 +28,9 @@ constexpr std::string_view introduction =
   of the pen included; where it misleads, the text above it holds.
 )";
 
-const char *TypeName(ScriptType type)
-{
-    switch (type) {
-    case ScriptType::None:
-        return "None";
-    case ScriptType::Int:
-        return "int";
-    case ScriptType::Float:
-        return "float";
-    case ScriptType::Set:
-        return "set";
-    case ScriptType::ReadBuffer:
-        return "read buffer";
-    case ScriptType::Matrix:
-        return "tuple";
-    case ScriptType::View:
-        return "buffer";
-    }
-    return "";
-}
-
 bool IsMethod(std::string_view word)
 {
-    for (const ClassTable *table : classes)
+    for (const ClassTable *table : classTables)
         for (const MethodRow &row : table->methods)
             if (row.name == word)
                 return true;
@@ -119,7 +95,7 @@ void WriteDocstring(std::ostream &page, std::string_view doc)
 void WriteContents(std::ostream &page)
 {
     page << "\n## Contents\n";
-    for (const ClassTable *table : classes) {
+    for (const ClassTable *table : classTables) {
         page << "\n**" << Link(table->name) << "**\n\n| method | what it does |\n|---|---|\n";
         for (const MethodRow &row : table->methods)
             page << "| " << Link(row.name) << " | " << Markdown(row.note.what) << " |\n";
@@ -142,7 +118,7 @@ void WriteMethod(std::ostream &page, const MethodRow &row)
     page << "\n### " << row.name << "\n\n```text\n" << row.name << '(';
     for (std::size_t i = 0; i < entry.argumentCount; ++i)
         page << (i ? ", " : "") << note.arguments[i].name;
-    page << ") -> " << TypeName(entry.result) << "\n```\n\n" << Markdown(note.what);
+    page << ") -> " << NamesOf(entry.result).manual << "\n```\n\n" << Markdown(note.what);
     if (note.remarks)
         page << ' ' << Markdown(note.remarks);
     page << "\n\n";
@@ -150,7 +126,7 @@ void WriteMethod(std::ostream &page, const MethodRow &row)
     if (entry.argumentCount > 0) {
         page << "| argument | type | meaning, unit, range |\n|---|---|---|\n";
         for (std::size_t i = 0; i < entry.argumentCount; ++i)
-            page << "| `" << note.arguments[i].name << "` | " << TypeName(entry.arguments[i])
+            page << "| `" << note.arguments[i].name << "` | " << NamesOf(entry.arguments[i]).manual
                  << " | " << Markdown(note.arguments[i].text) << " |\n";
         page << '\n';
     }
@@ -169,7 +145,7 @@ void WriteReferencePage(std::ostream &page, const char *version)
             "`orvane/module/`.)\n\n"
          << introduction;
     WriteContents(page);
-    for (const ClassTable *table : classes) {
+    for (const ClassTable *table : classTables) {
         page << "\n## " << table->name << "\n\n" << Markdown(table->note) << "\n\n";
         WriteDocstring(page, table->doc);
         WriteAttributes(page, table->attributes);

@@ -1,6 +1,5 @@
 #include "orvane/manual/Manual.h"
-#include "orvane/module/SHBuilderTable.h"
-#include "orvane/module/SphericalHarmonicTable.h"
+#include "orvane/module/ClassTables.h"
 
 #include <algorithm>
 #include <string>
@@ -14,27 +13,6 @@ using namespace binding;
 
 /// The widest line, in characters.
 constexpr std::size_t width = 100;
-
-const char *TypeName(ScriptType type)
-{
-    switch (type) {
-    case ScriptType::None:
-        return "None";
-    case ScriptType::Int:
-        return "int";
-    case ScriptType::Float:
-        return "float";
-    case ScriptType::Set:
-        return "SphericalHarmonic";
-    case ScriptType::ReadBuffer:
-        return "_ReadBuffer";
-    case ScriptType::Matrix:
-        return "_Matrix";
-    case ScriptType::View:
-        return "buffer";
-    }
-    return "";
-}
 
 /// The words of `text` in lines that `indent` begins.
 std::string Wrapped(std::string_view text, const std::string &indent)
@@ -75,8 +53,8 @@ void WriteMethod(std::ostream &stub, const MethodRow &row)
     if (entry.style == Style::Direct)
         stub << ", *__ignored: Any";
     for (std::size_t i = 0; i < entry.argumentCount; ++i)
-        stub << ", __" << note.arguments[i].name << ": " << TypeName(entry.arguments[i]);
-    stub << ") -> " << TypeName(entry.result) << ":\n";
+        stub << ", __" << note.arguments[i].name << ": " << NamesOf(entry.arguments[i]).stub;
+    stub << ") -> " << NamesOf(entry.result).stub << ":\n";
 
     const std::string indent(8, ' ');
     stub << Wrapped("\"\"\"" + std::string(note.what), indent);
@@ -102,12 +80,18 @@ void WriteStub(std::ostream &stub, const char *version)
          << "# Made by scripts/reference.sh from the tables in orvane/module/.\n\n"
             "import mmap\n"
             "from array import array\n"
-            "from typing import Any, Tuple, Union\n\n"
-            "_ReadBuffer = Union[str, bytearray, buffer, array[Any], mmap.mmap]\n"
+            "from typing import Any, Tuple, Union, final\n\n"
+            "@final\n"
+            "class _Buffer(object):\n"
+            "    \"\"\"Python 2.7's built-in buffer, which today's checkers do not know.\"\"\"\n\n"
+            "    def __len__(self) -> int: ...\n"
+            "    def __str__(self) -> str: ...\n"
+            "    def __getitem__(self, __index: Union[int, slice]) -> str: ...\n\n"
+            "_ReadBuffer = Union[str, bytearray, _Buffer, array[Any], mmap.mmap]\n"
             "_Row = Tuple[float, float, float, float]\n"
             "_Matrix = Tuple[_Row, _Row, _Row, _Row]\n";
-    for (const ClassTable *table : {&sphericalHarmonicTable, &shBuilderTable}) {
-        stub << "\nclass " << table->name << "(object):\n"
+    for (const ClassTable *table : classTables) {
+        stub << "\n@final\nclass " << table->name << "(object):\n"
              << Wrapped("\"\"\"" + std::string(table->note) + "\"\"\"", "    ")
              << "\n    def __init__(self) -> None: ...\n";
         for (const AttributeRow &row : table->attributes)

@@ -1,10 +1,9 @@
 #include "orvane/module/ClassDescription.h"
 
 #include "orvane/module/ClassIdentity.h"
+#include "orvane/module/ClassTables.h"
 #include "orvane/module/HostFailure.h"
 #include "orvane/module/PythonErrors.h"
-#include "orvane/module/SHBuilderTable.h"
-#include "orvane/module/SphericalHarmonicTable.h"
 
 #include <atomic>
 #include <cstdio>
@@ -13,7 +12,7 @@ namespace orvane::binding {
 
 namespace {
 
-/// The type's name in a signature.
+/// The type's name in a signature. A set is the name that the host knows the class by, or None.
 const char *SignatureType(ScriptType type)
 {
     static const struct SetType {
@@ -24,16 +23,8 @@ const char *SignatureType(ScriptType type)
         }
         char text[64];
     } set;
-    switch (type) {
-    case ScriptType::Int:
-        return "int";
-    case ScriptType::Float:
-        return "float";
-    case ScriptType::Set:
-        return set.text;
-    default:
-        return "None";
-    }
+    const char *const name = NamesOf(type).signature;
+    return name ? name : set.text;
 }
 
 MethodSignature Signature(const Entry &entry)

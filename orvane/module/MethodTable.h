@@ -7,6 +7,7 @@
 
 #include <Python.h>
 
+#include "orvane/module/ScriptTypes.h"
 #include "teskexposure/include/TeskRecords"
 
 #include <array>
@@ -15,17 +16,6 @@
 #include <span>
 
 namespace orvane::binding {
-
-/// The type of an argument or result as a script sees it.
-enum class ScriptType {
-    None,
-    Int,
-    Float,
-    Set,        ///< a SphericalHarmonic
-    ReadBuffer, ///< any object with a read buffer
-    Matrix,     ///< a tuple of 4 tuples of 4 floats
-    View,       ///< a read-only buffer over native memory
-};
 
 /// How a method receives its arguments.
 enum class Style {

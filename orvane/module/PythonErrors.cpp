@@ -1,6 +1,6 @@
 #include "orvane/module/PythonErrors.h"
 
-#include "orvane/sh/Errors.h"
+#include "orvane/base/Errors.h"
 
 #include <cstdarg>
 #include <new>
@@ -11,10 +11,34 @@ namespace orvane::binding {
 namespace {
 
 /// The class is named as the Microsoft compiler's type information names it.
-void SetNoSet(unsigned int argument) noexcept
+void SetNotASetError(unsigned int argument) noexcept
 {
     PyErr_Format(PyExc_TypeError, "Could not match argument %i to expected type: %s.",
                  static_cast<int>(argument), "class SphericalHarmonic");
+}
+
+/// Sets the Python exception for the C++ exception being handled.
+void TranslateException() noexcept
+{
+    try {
+        throw;
+    } catch (const MissingSet &error) {
+        SetNotASetError(static_cast<unsigned int>(error.argument));
+    } catch (const NotReady &error) {
+        PyErr_SetString(PyExc_RuntimeError, error.what());
+    } catch (const std::out_of_range &error) {
+        PyErr_SetString(PyExc_IndexError, error.what());
+    } catch (const std::invalid_argument &error) {
+        PyErr_SetString(PyExc_ValueError, error.what());
+    } catch (const std::bad_alloc &) {
+        PyErr_NoMemory();
+    } catch (const std::length_error &) {
+        PyErr_NoMemory();
+    } catch (const std::exception &error) {
+        PyErr_SetString(PyExc_RuntimeError, error.what());
+    } catch (...) {
+        PyErr_SetString(PyExc_SystemError, "unknown C++ exception");
+    }
 }
 
 } // namespace
@@ -32,34 +56,18 @@ void RaiseTypeError(const char *format, ...)
     throw ErrorAlreadySet();
 }
 
-void RaiseNoSet(unsigned int argument)
+void RaiseNotASet(unsigned int argument)
 {
-    SetNoSet(argument);
+    SetNotASetError(argument);
     throw ErrorAlreadySet();
 }
 
 void SetPythonError() noexcept
 {
-    try {
-        throw;
-    } catch (const ErrorAlreadySet &) {
-    } catch (const MissingSet &error) {
-        SetNoSet(static_cast<unsigned int>(error.argument));
-    } catch (const NotReady &error) {
-        PyErr_SetString(PyExc_RuntimeError, error.what());
-    } catch (const std::out_of_range &error) {
-        PyErr_SetString(PyExc_IndexError, error.what());
-    } catch (const std::invalid_argument &error) {
-        PyErr_SetString(PyExc_ValueError, error.what());
-    } catch (const std::bad_alloc &) {
-        PyErr_NoMemory();
-    } catch (const std::length_error &) {
-        PyErr_NoMemory();
-    } catch (const std::exception &error) {
-        PyErr_SetString(PyExc_RuntimeError, error.what());
-    } catch (...) {
-        PyErr_SetString(PyExc_SystemError, "unknown C++ exception");
-    }
+    // Where there is one, whoever threw has said why: the module itself, or a host with an
+    // exception of its own.
+    if (!PyErr_Occurred())
+        TranslateException();
 }
 
 } // namespace orvane::binding

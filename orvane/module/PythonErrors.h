@@ -13,9 +13,10 @@ struct ErrorAlreadySet {};
 [[noreturn]] void RaiseTypeError(const char *format, ...);
 
 /// TypeError: the argument with the given 0-based index is not a coefficient set.
-[[noreturn]] void RaiseNoSet(unsigned int argument);
+[[noreturn]] void RaiseNotASet(unsigned int argument);
 
-/// Sets the Python exception that corresponds to the C++ exception being handled.
+/// Sets the Python exception that corresponds to the C++ exception being handled. One that is set
+/// already stays.
 void SetPythonError() noexcept;
 
 /// The result of `call`, or null with a Python exception set where it throws.

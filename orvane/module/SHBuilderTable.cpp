@@ -1,92 +1,28 @@
-#include "orvane/module/SHBuilderTable.h"
-
-#include "orvane/module/SharedView.h"
+#include "orvane/base/Bands.h"
+#include "orvane/base/Limits.h"
+#include "orvane/module/ClassTables.h"
+#include "orvane/module/MethodFunctions.h"
+#include "orvane/module/Text.h"
 #include "orvane/module/Thunk.h"
 #include "orvane/module/TupleEntry.h"
-#include "orvane/sh/Arithmetic.h"
-#include "orvane/sh/CoefficientBuffer.h"
-#include "orvane/sh/Rotation.h"
 
 namespace orvane::binding {
 
 namespace {
 
-// Functions behind the methods that are more than one call of a member.
-
-void CopyInto(SHBuilder &, SphericalHarmonic &copy, const SphericalHarmonic &sh)
-{
-    CopySH(sh, copy);
-}
-
-void RotateInto(SHBuilder &builder, SphericalHarmonic &rotated, const SphericalHarmonic &sh,
-                const RotationMatrix &matrix)
-{
-    RotateSH(sh, matrix.rows, rotated, *builder.kernels);
-}
-
-void RotateZInto(SHBuilder &, SphericalHarmonic &rotated, const SphericalHarmonic &sh, float angle)
-{
-    RotateZ(sh, angle, rotated);
-}
-
-NewReference<ScriptType::View> GetImageBuffer(SHBuilder &builder)
-{
-    return SharedView({builder.imageBuffer, builder.imageBuffer.get()},
-                      static_cast<Py_ssize_t>(builder.imageWidth) * builder.imageHeight);
-}
-
-NewReference<ScriptType::Set> CreateSHFromBuffer(SHBuilder &, const ReadBuffer &buffer,
-                                                 std::int32_t numBands)
-{
-    if (!buffer.HasLength(CoefficientBytes(numBands)))
-        RaiseTypeError("The buffer of %zd bytes doesn't match a float array for %d band SH "
-                       "(%d*%d*4)",
-                       buffer.Length(), numBands, numBands, numBands);
-    return NewSet([&](SphericalHarmonic &sh) { ExtendFromBuffer(sh, buffer.Data(), 0, numBands); });
-}
-
-void ExtendSHFromBuffer(SHBuilder &, SphericalHarmonic &sh, const ReadBuffer &buffer,
-                        std::int32_t oldBand, std::int32_t newBand)
-{
-    const std::int32_t count = ExtensionCoefficients(oldBand, newBand);
-    if (!buffer.HasLength(count * static_cast<std::int32_t>(sizeof(float))))
-        RaiseTypeError("The buffer of %zd bytes doesn't match a float array extending SH from %d "
-                       "band SH to %d bands (%d*4)",
-                       buffer.Length(), oldBand, newBand, count);
-    ExtendFromBuffer(sh, buffer.Data(), oldBand, newBand);
-}
-
-/// The product as a wrapping signed 32-bit integer.
-constexpr std::int32_t WrappedProduct(std::int32_t a, std::int32_t b)
-{
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(b));
-}
-
-NewReference<ScriptType::Set> CreateSHFromImageBuffer(SHBuilder &builder, std::int32_t width,
-                                                      std::int32_t height, std::int32_t band,
-                                                      const ReadBuffer &buffer)
-{
-    if (!buffer.HasLength(WrappedProduct(width, height)))
-        RaiseTypeError("The buffer of %zd bytes doesn't match a image byte array with width %d and "
-                       "height %d",
-                       buffer.Length(), width, height);
-    return NewSet([&](SphericalHarmonic &sh) {
-        builder.CreateSHFromImageBuffer(sh, width, height, band,
-                                        static_cast<const std::uint8_t *>(buffer.Data()));
-    });
-}
-
 constexpr AttributeRow attributes[] = {
-    {"angleName", AttributeTypeDouble, offsetof(SHBuilder, angleScale), AttributeReadable,
+    {"angleName", AttributeTypeDouble, offsetof(SHBuilder, tables.angleScale), AttributeReadable,
      "The angle scale for used converting phi and theta to lut lookup indices",
      "Table steps per radian; 0.0 before GenerateLookUpTables."},
-    {"numSteps", AttributeTypeInt32, offsetof(SHBuilder, numSteps), AttributeReadable,
+    {"numSteps", AttributeTypeInt32, offsetof(SHBuilder, tables.numSteps), AttributeReadable,
      "The number of steps in the sin and cos LUT",
      "Steps in a full circle, as GenerateLookUpTables was given them; 0 before."},
-    {"maxBands", AttributeTypeInt32, offsetof(SHBuilder, maxBands), AttributeReadable,
-     "The max number of bans supported", "30 from GenerateLookUpTables on; 0 before."},
-    {"maxCoefficients", AttributeTypeInt32, offsetof(SHBuilder, maxCoefficients), AttributeReadable,
-     "The max number of coefficents supported", "900 from GenerateLookUpTables on; 0 before."},
+    {"maxBands", AttributeTypeInt32, offsetof(SHBuilder, tables.maxBands), AttributeReadable,
+     "The max number of bans supported",
+     filledIn<"# from GenerateLookUpTables on; 0 before.", tableBands>},
+    {"maxCoefficients", AttributeTypeInt32, offsetof(SHBuilder, tables.maxCoefficients),
+     AttributeReadable, "The max number of coefficents supported",
+     filledIn<"# from GenerateLookUpTables on; 0 before.", tableCoefficients>},
 };
 
 // Texts that several notes share.
@@ -96,21 +32,24 @@ constexpr ArgumentNote target{"target", "the set that is changed"};
 constexpr ArgumentNote source{"source", "the other set; may be the target"};
 constexpr ArgumentNote azimuth{"phi", "azimuth in radians, any finite number"};
 constexpr ArgumentNote polarAngle{"theta", "polar angle in radians, 0 to pi"};
-constexpr ArgumentNote bandCount{"numBands", "number of bands, 0 to 30"};
-constexpr ArgumentNote pointsPerAxis{"sqrtNumSamples",
-                                     "points per axis, up to 16384; none below 1"};
+constexpr ArgumentNote bandCount{"numBands", filledIn<"number of bands, 0 to #", tableBands>};
+constexpr ArgumentNote samplesPerAxis{
+    "sqrtNumSamples", filledIn<"samples per axis, up to #; none below 1", maxSamplesPerAxis>};
 
 constexpr const char *newSet = "a new set";
+constexpr const char *newWholeSet = filledIn<"a new set, always of # bands", tableBands>;
 constexpr const char *theTarget = "the target: the same object that was passed in";
 
 constexpr const char *evaluationErrors =
-    "RuntimeError before GenerateLookUpTables; ValueError where an angle is not finite, theta lies "
-    "beyond the tables, or there are more terms than the set has coefficients or than 900.";
+    filledIn<"RuntimeError before GenerateLookUpTables; ValueError where an angle is not finite, "
+             "theta lies beyond the tables, or there are more terms than the set has coefficients "
+             "or than #.",
+             tableCoefficients>;
 constexpr const char *projectionErrors =
-    "RuntimeError where there are points but no tables; ValueError for another number of bands; "
+    "RuntimeError where there are samples but no tables; ValueError for another number of bands; "
     "MemoryError.";
 constexpr const char *projectionRemarks =
-    "Projects the function over the points of GenerateSphericalSamples; without any, every "
+    "Projects the function over the samples of GenerateSphericalSamples; without any, every "
     "coefficient is NaN.";
 constexpr const char *missingOperand = "TypeError where a set is None.";
 constexpr const char *smallerSource =
@@ -120,8 +59,9 @@ constexpr const char *equalOperands =
     "The target takes over the size of the operands and may be one of them. Operands with "
     "different numbers of coefficients change nothing.";
 constexpr const char *resizeErrors =
-    "TypeError where a set is None; MemoryError, and ValueError where numBands of the first "
-    "operand was written to be more than 46340 (some such numbers pass).";
+    filledIn<"TypeError where a set is None; MemoryError, and ValueError where numBands of the "
+             "first operand was written to be more than # (some such numbers pass).",
+             maxSetBands>;
 constexpr const char *foldedAngle =
     "RuntimeError before GenerateLookUpTables; ValueError where an angle that is folded is not "
     "finite.";
@@ -148,12 +88,12 @@ constexpr MethodRow methods[] = {
                  "number counts like the positive one."}},
 
     {"CopySH",
-     Creates<"O", &CopyInto>(),
+     TupleNewSet<"O", &CopyInto>(),
      "Copy a spherical harmonic",
      {.what = "Copies a set.", .arguments = {{aSet}}, .result = newSet, .errors = "MemoryError."}},
 
     {"RotateSH",
-     Creates<"OO", &RotateInto>(),
+     TupleNewSet<"OO", &RotateInto>(),
      "Rotate using an Ivanic based rotation matrics. Uses a 4x4 matrix as input\n"
      "Return:\n"
      " returns new rotated spherical harmonic\n"
@@ -164,16 +104,18 @@ constexpr MethodRow methods[] = {
       .arguments = {{{"shIn", "the set to rotate"},
                      {"matrix", "a tuple of 4 tuples of 4 floats (no integers); its upper left 3x3 "
                                 "part is the rotation"}}},
-      .result = "a new set, always of 30 bands",
+      .result = newWholeSet,
       .errors = "TypeError for anything but a tuple of tuples of floats; MemoryError.",
-      .remarks = "The rows of the matrix are x, y, z, which band 1 holds as coefficients 3, 1, 2. "
-                 "A row vector is multiplied by the matrix from the right: the matrix ((cos a, "
-                 "-sin a, 0), (sin a, cos a, 0), (0, 0, 1)) does what RotateZ(shIn, a) does. "
-                 "Whether the matrix is a rotation is not checked. Bands that the set lacks, and "
-                 "those beyond 30, come out as 0.0. The fourth row and column are ignored."}},
+      .remarks = filledIn<
+          "The rows of the matrix are x, y, z, which band 1 holds as coefficients 3, 1, 2. "
+          "A row vector is multiplied by the matrix from the right: the matrix ((cos a, "
+          "-sin a, 0), (sin a, cos a, 0), (0, 0, 1)) does what RotateZ(shIn, a) does. "
+          "Whether the matrix is a rotation is not checked. Bands that the set lacks, and "
+          "those beyond #, come out as 0.0. The fourth row and column are ignored.",
+          tableBands>}},
 
     {"RotateZ",
-     Creates<"Of", &RotateZInto>(),
+     TupleNewSet<"Of", &RotateZInto>(),
      "Rotate spherical harmonic about the Z axis\n"
      "Return:\n"
      " returns new rotated spherical harmonic\n"
@@ -183,11 +125,14 @@ constexpr MethodRow methods[] = {
      {.what = "Rotates a copy of a set about the polar axis.",
       .arguments = {{{"shIn", "the set to rotate"}, {"angle", "in radians, single precision"}}},
       .result = "a new set with the bands of shIn",
-      .errors = "MemoryError, and ValueError where numBands was written to be more than 46340 "
-                "(some such numbers pass).",
-      .remarks = "The result at azimuth phi has the value of shIn at phi + angle: the pattern "
-                 "moves towards smaller azimuths. The polar axis stays. Bands beyond 30 come out "
-                 "as 0.0."}},
+      .errors = filledIn<"MemoryError, and ValueError where numBands was written to be more than "
+                         "# (some such numbers pass).",
+                         maxSetBands>,
+      .remarks =
+          filledIn<"The result at azimuth phi has the value of shIn at phi + angle: the pattern "
+                   "moves towards smaller azimuths. The polar axis stays. Bands beyond # "
+                   "come out as 0.0.",
+                   tableBands>}},
 
     {"GetGaussDensity",
      Thunk<&SHBuilder::GetGaussDensity>(),
@@ -204,7 +149,7 @@ constexpr MethodRow methods[] = {
      "Arguments:\n"
      "numSteps - the number of steps in a circle",
      {.what = "Makes the tables that evaluation, projection and rendering read.",
-      .arguments = {{{"numSteps", "steps in a full circle, 1 to 262144"}}},
+      .arguments = {{{"numSteps", filledIn<"steps in a full circle, 1 to #", maxTableSteps>}}},
       .errors = "ValueError outside the range, MemoryError; the old tables are then kept.",
       .remarks =
           "They take about 12 KB per step. More steps make finer results; the examples use 1024."}},
@@ -215,30 +160,32 @@ constexpr MethodRow methods[] = {
      "Arguments:\n"
      "seed - the number of steps in a circle\n"
      "sqrtNumSamples - the number of samples per axis (total is sqrtNumSamples*sqrtNumSamples)",
-     {.what = "Makes the points over which functions and images are projected.",
-      .arguments = {{{"seed", "of the random generator, 0 to 4294967295"}, pointsPerAxis}},
-      .errors = "ValueError for too many points, MemoryError; the old points are then kept.",
-      .remarks = "They are spread evenly over the sphere; the same seed makes the same points. The "
-                 "docstring's first and third lines describe GenerateLookUpTables."}},
+     {.what = "Makes the samples over which functions and images are projected.",
+      .arguments = {{{"seed", "of the random generator, 0 to 4294967295"}, samplesPerAxis}},
+      .errors = "ValueError for too many samples, MemoryError; the old samples are then kept.",
+      .remarks =
+          "They are spread evenly over the sphere; the same seed makes the same samples. The "
+          "docstring's first and third lines describe GenerateLookUpTables."}},
 
     {"GeneratePDFSamples",
      Thunk<&SHBuilder::GeneratePDFSamples>(),
      "Create gauss distributed samples for importance sampling and depletion profile creation\n"
      "Arguments: (seed, sqrtNumSamples, numGaussSamples)",
-     {.what = "Makes the points of CreateImportanceSampledGaussSH.",
+     {.what = "Makes the samples of CreateImportanceSampledGaussSH.",
       .arguments = {{{"seed", "of the random generator, any int"},
-                     pointsPerAxis,
-                     {"numGaussSamples", "points around the mean, up to 134217728; at least the "
-                                         "mean itself is made"}}},
-      .errors = "ValueError for too many points, MemoryError; the old points are then kept.",
+                     samplesPerAxis,
+                     {"numGaussSamples", filledIn<"samples around the mean, up to #; at least the "
+                                                  "mean itself is made",
+                                                  maxGaussOffsets>}}},
+      .errors = "ValueError for too many samples, MemoryError; the old samples are then kept.",
       .remarks =
           "Some lie around the mean, the others cover the sphere evenly. The same seed makes "
-          "the same points."}},
+          "the same samples."}},
 
     {"GenerateImporanceIntegralMipMaps",
      Thunk<&SHBuilder::GenerateImporanceIntegralMipMaps>(),
      "Create two 1D mipmaps for integrals used in importance sampling",
-     {.what = "Integrates the basis functions over bands and wedges of the sphere, at twelve "
+     {.what = "Integrates the basis functions over zones and wedges of the sphere, at twelve "
               "resolutions.",
       .errors = "RuntimeError before GenerateLookUpTables; MemoryError.",
       .remarks = "No other method reads the integrals."}},
@@ -252,8 +199,10 @@ constexpr MethodRow methods[] = {
      "phi   - a float in range [0..2*Pi]\n"
      "theta - a float in range [0..Pi]",
      {.what = "Evaluates one basis function at one point.",
-      .arguments =
-          {{{"index", "l * l + l + m for band l, order m; 0 to 899"}, azimuth, polarAngle}},
+      .arguments = {{{"index",
+                      filledIn<"l * l + l + m for band l, order m; 0 to #", tableCoefficients - 1>},
+                     azimuth,
+                     polarAngle}},
       .result = "the value of that basis function",
       .errors = "IndexError for another index; RuntimeError before GenerateLookUpTables; "
                 "ValueError where an angle is not finite or theta lies beyond the tables.",
@@ -283,7 +232,7 @@ constexpr MethodRow methods[] = {
           "Returns None, not a buffer: GetImageBuffer gives the pixels. One slice is drawn, so "
           "that a script can draw a large image piece by piece. A pixel is the value times scale, "
           "truncated, plus offset, limited to 0 to 255. Row 0 is the pole (theta 0), column "
-          "0 is phi 0, and a pixel stands for its low corner. Rows and columns left over "
+          "0 is phi 0, and a pixel stands for its upper left corner. Rows and columns left over "
           "when the image is cut into slices are not written."}},
 
     {"SetImageBuffer",
@@ -403,7 +352,7 @@ constexpr MethodRow methods[] = {
       .remarks = equalOperands}},
 
     {"CreateLatitudeSH",
-     Creates<"i", &SHBuilder::CreateLatitudeSH>(),
+     TupleNewSet<"i", &SHBuilder::CreateLatitudeSH>(),
      "Create a latitude based spherical harmonic with numBands",
      {.what = "Makes a set of sin theta: a belt around the equator.",
       .arguments = {{bandCount}},
@@ -412,7 +361,7 @@ constexpr MethodRow methods[] = {
       .remarks = projectionRemarks}},
 
     {"CreateLongtitudeSH",
-     Creates<"i", &SHBuilder::CreateLongtitudeSH>(),
+     TupleNewSet<"i", &SHBuilder::CreateLongtitudeSH>(),
      "Create a longtitude based spherical harmonic with numBands",
      {.what = "Makes a set of sin phi, faded out towards the poles.",
       .arguments = {{bandCount}},
@@ -421,11 +370,11 @@ constexpr MethodRow methods[] = {
       .remarks = projectionRemarks}},
 
     {"CreateConstantSH",
-     Creates<"fi", &SHBuilder::CreateConstantSH>(),
+     TupleNewSet<"fi", &SHBuilder::CreateConstantSH>(),
      "Create a constant value spherical harmonic (value, num bands)",
      {.what = "Makes a set that has the same value everywhere.",
       .arguments = {{{"value", "4 pi times the value of the function"},
-                     {"numBands", "number of bands, 0 to 46340"}}},
+                     {"numBands", filledIn<"number of bands, 0 to #", maxSetBands>}}},
       .result = newSet,
       .errors = "RuntimeError before GenerateLookUpTables unless numBands is 0; ValueError for "
                 "another number of bands; MemoryError.",
@@ -433,7 +382,7 @@ constexpr MethodRow methods[] = {
                  "The function has the value value / (4 pi) everywhere."}},
 
     {"CreateGaussSH",
-     Creates<"ifff", &SHBuilder::CreateGaussSH>(),
+     TupleNewSet<"ifff", &SHBuilder::CreateGaussSH>(),
      "Create a gaussian distribuition with a mean at (phi=0 theta=0)\n"
      " Returns a spherical harmonic encoding a gaussian distribution\n"
      "Arguments:\n"
@@ -449,11 +398,11 @@ constexpr MethodRow methods[] = {
       .result = "a new set: 1 at the mean, 0 beyond five standard deviations",
       .errors = projectionErrors,
       .remarks = "The mean is at latitude and longitude, not at the pole as the docstring has it. "
-                 "Projects the function over the points of GenerateSphericalSamples; without any, "
+                 "Projects the function over the samples of GenerateSphericalSamples; without any, "
                  "every coefficient is NaN."}},
 
     {"CreateImportanceSampledGaussSH",
-     Creates<"fff", &SHBuilder::CreateImportanceSampledGaussSH>(),
+     TupleNewSet<"fff", &SHBuilder::CreateImportanceSampledGaussSH>(),
      "Create a sphericel harmonic of a gaussian using importance sampling\n"
      "Arguments:\n"
      " latitude - mean off gaussian\n"
@@ -464,12 +413,12 @@ constexpr MethodRow methods[] = {
           {{{"latitude", "polar angle of the mean in radians, 0 to pi from the pole"},
             {"longitude", "azimuth of the mean in radians"},
             {"stdDev",
-             "in radians; the points spread with about 0.659 times this standard deviation"}}},
-      .result = "a new set, always of 30 bands",
+             "in radians; the samples spread with about 0.659 times this standard deviation"}}},
+      .result = newWholeSet,
       .errors =
-          "RuntimeError where there are points but no tables; ValueError where a point is not "
+          "RuntimeError where there are samples but no tables; ValueError where a sample is not "
           "finite; MemoryError.",
-      .remarks = "Uses the points of GeneratePDFSamples; without any, every coefficient is NaN. "
+      .remarks = "Uses the samples of GeneratePDFSamples; without any, every coefficient is NaN. "
                  "The blob is narrower than that of CreateGaussSH, and lower: divide it by its "
                  "value at the mean, with ScaleSH, to make it 1 there."}},
 
@@ -482,7 +431,8 @@ constexpr MethodRow methods[] = {
      "numBands - the number of bands in the float array",
      {.what = "Makes a set of stored coefficients.",
       .arguments = {{{"buffer", "numBands * numBands 4-byte floats in the machine's byte order"},
-                     {"numBands", "number of bands, -23170 to 23170; stored as given"}}},
+                     {"numBands", filledIn<"number of bands, # to #; stored as given",
+                                           -maxBufferBands, maxBufferBands>}}},
       .result = newSet,
       .errors = "TypeError where there is no read buffer or its length does not fit; ValueError "
                 "for another number of bands; MemoryError.",
@@ -502,7 +452,8 @@ constexpr MethodRow methods[] = {
       .arguments = {{{"sh", "the set that is changed"},
                      {"buffer", "the coefficients of bands oldBand to newBand - 1, 4-byte floats"},
                      {"oldBand", "first band of the buffer; the set's own number is not looked at"},
-                     {"newBand", "number of bands afterwards, -46340 to 46340"}}},
+                     {"newBand",
+                      filledIn<"number of bands afterwards, # to #", -maxSetBands, maxSetBands>}}},
       .errors = "TypeError where there is no read buffer or its length does not fit; ValueError "
                 "for bands whose coefficients take 2 GB and more; MemoryError. The set is then "
                 "unchanged.",
@@ -534,8 +485,9 @@ constexpr MethodRow methods[] = {
       .arguments = {{{"longitude", "azimuth in radians"},
                      {"latitude", "polar angle in radians"},
                      {"stdDev", "standard deviation in radians"}}},
-      .result = "the Gaussian around the pole: 1 there, 0 beyond five standard deviations; NaN "
-                "where an argument is not finite",
+      .result = "the Gaussian around the pole: 1 there, 0 beyond five standard deviations, and so "
+                "everywhere where stdDev is negative; NaN where an angle is not finite, stdDev is "
+                "NaN, or at the pole where it is 0",
       .remarks =
           "Nothing is projected. The longitude changes the result by no more than rounding."}},
 
@@ -559,17 +511,19 @@ constexpr MethodRow methods[] = {
      "band - the number of bands of the SH generated\n"
      "buffer - a python buffer wrapping an 8 bit buffer",
      {.what = "Makes a set of an image.",
-      .arguments = {{{"width", "in pixels"},
-                     {"height", "in pixels"},
-                     {"band", "number of bands, -30 to 30; stored as given"},
-                     {"buffer", "width * height bytes, row by row"}}},
+      .arguments =
+          {{{"width", "in pixels"},
+            {"height", "in pixels"},
+            {"band", filledIn<"number of bands, # to #; stored as given", -tableBands, tableBands>},
+            {"buffer", "width * height bytes, row by row"}}},
       .result = "a new set whose values are pixels, 0 to 255",
-      .errors = "TypeError where there is no read buffer or its length does not fit; ValueError "
-                "for a negative size, an image without pixels or, with points, more than "
-                "900 coefficients; "
-                "RuntimeError where there are points but no tables; MemoryError.",
+      .errors = filledIn<"TypeError where there is no read buffer or its length does not fit; "
+                         "ValueError for a negative size, an image without pixels or, with "
+                         "samples, more than # coefficients; RuntimeError where there are samples "
+                         "but no tables; MemoryError.",
+                         tableCoefficients>,
       .remarks =
-          "Row 0 is the pole (theta 0), column 0 is phi 0. Projects the pixels over the points of "
+          "Row 0 is the pole (theta 0), column 0 is phi 0. Projects the pixels over the samples of "
           "GenerateSphericalSamples; without any, every coefficient is NaN. The builder's "
           "own image is not involved."}},
 };

@@ -10,7 +10,8 @@ namespace {
 /// The object under a view: it owns a share of a block and lends it out for reading. The module
 /// does not expose its type, and it has no constructor.
 struct BlockObject {
-    PyObject_HEAD std::shared_ptr<const void> block;
+    PyObject_HEAD
+    std::shared_ptr<const void> block;
     Py_ssize_t length;
 };
 

@@ -1,20 +1,13 @@
-#include "orvane/module/SphericalHarmonicTable.h"
-
-#include "orvane/module/SharedView.h"
+#include "orvane/base/Limits.h"
+#include "orvane/module/ClassTables.h"
+#include "orvane/module/MethodFunctions.h"
+#include "orvane/module/Text.h"
 #include "orvane/module/Thunk.h"
 #include "orvane/module/TupleEntry.h"
 
 namespace orvane::binding {
 
 namespace {
-
-NewReference<ScriptType::View> GetAsBuffer(SphericalHarmonic &sh)
-{
-    // An alias: it holds the block and points at the floats in it.
-    const auto block = sh.coefficients.Share();
-    return SharedView({block, sh.coefficients.data()},
-                      static_cast<Py_ssize_t>(sh.coefficients.size() * sizeof(float)));
-}
 
 constexpr AttributeRow attributes[] = {
     {"numBands", AttributeTypeInt32, offsetof(SphericalHarmonic, numBands),
@@ -28,7 +21,7 @@ constexpr MethodRow methods[] = {
      Thunk<&SphericalHarmonic::SetNumBands>(),
      "Set the number of bands and resize the coefficients",
      {.what = "Resizes the set.",
-      .arguments = {{{"bands", "number of bands, 0 to 46340"}}},
+      .arguments = {{{"bands", filledIn<"number of bands, 0 to #", maxSetBands>}}},
       .errors = "ValueError outside the range, MemoryError; the set is then unchanged.",
       .remarks =
           "It then has bands * bands coefficients: the first ones are kept, new ones are 0.0."}},

@@ -3,15 +3,12 @@
 // Thunk style: the arguments and the result of a method follow from the type of the native member
 // function. Counting, conversion and result are written once, as templates over that type.
 
-#include "orvane/module/Conversion.h"
+#include "orvane/module/FunctionShape.h"
 
-#include <array>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <tuple>
-#include <type_traits>
-#include <utility>
 
 namespace orvane::binding {
 
@@ -42,16 +39,17 @@ template <> struct ThunkArgument<SphericalHarmonic *> {
     {
         SphericalHarmonic *const set = Unwrap<SphericalHarmonic>(object);
         if (!set && object != Py_None)
-            RaiseNoSet(index);
+            RaiseNotASet(index);
         return set;
     }
 };
 
-/// A method and the object it was called on.
-template <typename Class, typename Member> struct BoundMethod {
-    Class *object;
-    Member member;
-};
+/// The argument at `index`, which is then the next one's.
+template <typename T> T Converted(PyObject *tuple, unsigned int &index)
+{
+    PyObject *const object = PyTuple_GET_ITEM(tuple, index);
+    return ThunkArgument<T>::From(object, index++);
+}
 
 /// Refuses a call with any other number of arguments than `expected`. A missing tuple has none.
 /// @throws ErrorAlreadySet (TypeError)
@@ -72,64 +70,36 @@ inline void RequireArguments(PyObject *arguments, std::size_t expected)
     RequireItems(arguments, given);
 }
 
-/// Everything that follows from the type of a member function.
-template <typename Member> struct ThunkShape;
-
-template <typename ResultType, typename ClassType, typename... Arguments>
-struct ThunkShape<ResultType (ClassType::*)(Arguments...)> {
-    using Class = ClassType;
-    using Result = ResultType;
-    static constexpr std::size_t argumentCount = sizeof...(Arguments);
-    static constexpr std::array<ScriptType, maxArguments> arguments{
-        ThunkArgument<std::remove_cvref_t<Arguments>>::type...};
-
-    /// Converts all arguments, in order, before the operation sees the first.
-    template <typename Member>
-    static PyObject *Call(const BoundMethod<Class, Member> &method, PyObject *tuple)
-    {
-        RequireArguments(tuple, argumentCount);
-        return std::apply(
-            [&](const auto &...values) {
-                return ResultOf([&] { return (method.object->*method.member)(values...); });
-            },
-            Convert(tuple, std::index_sequence_for<Arguments...>()));
-    }
-
-private:
-    template <std::size_t... index>
-    static std::tuple<std::remove_cvref_t<Arguments>...> Convert([[maybe_unused]] PyObject *tuple,
-                                                                 std::index_sequence<index...>)
-    {
-        return {ThunkArgument<std::remove_cvref_t<Arguments>>::From(PyTuple_GET_ITEM(tuple, index),
-                                                                    index)...};
-    }
-};
-
-template <typename Result, typename Class, typename... Arguments>
-struct ThunkShape<Result (Class::*)(Arguments...) const>
-    : ThunkShape<Result (Class::*)(Arguments...)> {
-};
+/// Converts all arguments, in order, before the operation sees the first.
+/// @throws ErrorAlreadySet
+template <typename... Types>
+std::tuple<Types...> ThunkArguments(PyObject *tuple, Parameters<Types...>)
+{
+    RequireArguments(tuple, sizeof...(Types));
+    [[maybe_unused]] unsigned int index = 0;
+    return {Converted<Types>(tuple, index)...};
+}
 
 /// The function that Python calls for a member function.
 template <auto member> PyObject *CallThunk(PyObject *self, PyObject *tuple) noexcept
 {
-    using Shape = ThunkShape<decltype(member)>;
-    using Class = typename Shape::Class;
+    using Shape = FunctionShape<decltype(member)>;
     return Guarded([&] {
-        const BoundMethod<Class, decltype(member)> method{&Self<Class>(self), member};
-        return Shape::Call(method, tuple);
+        auto &object = Self<typename Shape::Class>(self);
+        return Call<member>(object, ThunkArguments(tuple, typename Shape::Arguments()));
     });
 }
 
 /// The entry of a row in thunk style.
 template <auto member> consteval Entry Thunk()
 {
-    using Shape = ThunkShape<decltype(member)>;
+    using Shape = FunctionShape<decltype(member)>;
+    using Arguments = typename Shape::Arguments;
     return {.function = &CallThunk<member>,
             .style = Style::Thunk,
             .result = scriptResult<typename Shape::Result>,
-            .argumentCount = Shape::argumentCount,
-            .arguments = Shape::arguments};
+            .argumentCount = Arguments::count,
+            .arguments = Arguments::template scriptTypes<ThunkArgument>};
 }
 
 } // namespace orvane::binding

@@ -3,12 +3,21 @@
 
 import mmap
 from array import array
-from typing import Any, Tuple, Union
+from typing import Any, Tuple, Union, final
 
-_ReadBuffer = Union[str, bytearray, buffer, array[Any], mmap.mmap]
+@final
+class _Buffer(object):
+    """Python 2.7's built-in buffer, which today's checkers do not know."""
+
+    def __len__(self) -> int: ...
+    def __str__(self) -> str: ...
+    def __getitem__(self, __index: Union[int, slice]) -> str: ...
+
+_ReadBuffer = Union[str, bytearray, _Buffer, array[Any], mmap.mmap]
 _Row = Tuple[float, float, float, float]
 _Matrix = Tuple[_Row, _Row, _Row, _Row]
 
+@final
 class SphericalHarmonic(object):
     """One set of real spherical-harmonic coefficients, in single precision: a scalar function on
     the sphere. SphericalHarmonic() makes an empty set. Use CopySH for a copy: copy.copy,
@@ -66,7 +75,7 @@ class SphericalHarmonic(object):
         """
         ...
 
-    def GetAsBuffer(self, *__ignored: Any) -> buffer:
+    def GetAsBuffer(self, *__ignored: Any) -> _Buffer:
         """Shows the coefficients in place, as bytes.
 
         The buffer is live: it shows every later change of a coefficient. It stays safe to read when
@@ -79,6 +88,7 @@ class SphericalHarmonic(object):
         """
         ...
 
+@final
 class SHBuilder(object):
     """Owns lookup tables, sample points and an 8-bit image, and performs every operation on sets.
     Methods that change a set return it, but for ExtendSHFromBuffer; methods that create one return
@@ -214,34 +224,34 @@ class SHBuilder(object):
         ...
 
     def GenerateSphericalSamples(self, __seed: int, __sqrtNumSamples: int) -> None:
-        """Makes the points over which functions and images are projected.
+        """Makes the samples over which functions and images are projected.
 
-        They are spread evenly over the sphere; the same seed makes the same points. The docstring's
-        first and third lines describe GenerateLookUpTables.
+        They are spread evenly over the sphere; the same seed makes the same samples. The
+        docstring's first and third lines describe GenerateLookUpTables.
 
         seed: of the random generator, 0 to 4294967295
-        sqrtNumSamples: points per axis, up to 16384; none below 1
+        sqrtNumSamples: samples per axis, up to 16384; none below 1
 
-        Errors: ValueError for too many points, MemoryError; the old points are then kept.
+        Errors: ValueError for too many samples, MemoryError; the old samples are then kept.
         """
         ...
 
     def GeneratePDFSamples(self, __seed: int, __sqrtNumSamples: int, __numGaussSamples: int) -> None:
-        """Makes the points of CreateImportanceSampledGaussSH.
+        """Makes the samples of CreateImportanceSampledGaussSH.
 
         Some lie around the mean, the others cover the sphere evenly. The same seed makes the same
-        points.
+        samples.
 
         seed: of the random generator, any int
-        sqrtNumSamples: points per axis, up to 16384; none below 1
-        numGaussSamples: points around the mean, up to 134217728; at least the mean itself is made
+        sqrtNumSamples: samples per axis, up to 16384; none below 1
+        numGaussSamples: samples around the mean, up to 134217728; at least the mean itself is made
 
-        Errors: ValueError for too many points, MemoryError; the old points are then kept.
+        Errors: ValueError for too many samples, MemoryError; the old samples are then kept.
         """
         ...
 
     def GenerateImporanceIntegralMipMaps(self) -> None:
-        """Integrates the basis functions over bands and wedges of the sphere, at twelve
+        """Integrates the basis functions over zones and wedges of the sphere, at twelve
         resolutions.
 
         No other method reads the integrals.
@@ -272,8 +282,8 @@ class SHBuilder(object):
         Returns None, not a buffer: GetImageBuffer gives the pixels. One slice is drawn, so that a
         script can draw a large image piece by piece. A pixel is the value times scale, truncated,
         plus offset, limited to 0 to 255. Row 0 is the pole (theta 0), column 0 is phi 0, and a
-        pixel stands for its low corner. Rows and columns left over when the image is cut into
-        slices are not written.
+        pixel stands for its upper left corner. Rows and columns left over when the image is cut
+        into slices are not written.
 
         sh: the set
         scale: pixel steps per unit of value
@@ -307,7 +317,7 @@ class SHBuilder(object):
         """
         ...
 
-    def GetImageBuffer(self, *__ignored: Any) -> buffer:
+    def GetImageBuffer(self, *__ignored: Any) -> _Buffer:
         """Shows the builder's image in place, as bytes.
 
         The buffer is live: it shows what is rendered later. It stays safe to read when the image is
@@ -451,14 +461,14 @@ class SHBuilder(object):
     def CreateLatitudeSH(self, __numBands: int) -> SphericalHarmonic:
         """Makes a set of sin theta: a belt around the equator.
 
-        Projects the function over the points of GenerateSphericalSamples; without any, every
+        Projects the function over the samples of GenerateSphericalSamples; without any, every
         coefficient is NaN.
 
         numBands: number of bands, 0 to 30
 
         Returns a new set: sin theta, 1 on the equator and 0 at the poles
 
-        Errors: RuntimeError where there are points but no tables; ValueError for another number of
+        Errors: RuntimeError where there are samples but no tables; ValueError for another number of
         bands; MemoryError.
         """
         ...
@@ -466,14 +476,14 @@ class SHBuilder(object):
     def CreateLongtitudeSH(self, __numBands: int) -> SphericalHarmonic:
         """Makes a set of sin phi, faded out towards the poles.
 
-        Projects the function over the points of GenerateSphericalSamples; without any, every
+        Projects the function over the samples of GenerateSphericalSamples; without any, every
         coefficient is NaN.
 
         numBands: number of bands, 0 to 30
 
         Returns a new set: sin phi, faded to 0 at the poles
 
-        Errors: RuntimeError where there are points but no tables; ValueError for another number of
+        Errors: RuntimeError where there are samples but no tables; ValueError for another number of
         bands; MemoryError.
         """
         ...
@@ -498,7 +508,8 @@ class SHBuilder(object):
         """Makes a set of a Gaussian around any point, by projection.
 
         The mean is at latitude and longitude, not at the pole as the docstring has it. Projects the
-        function over the points of GenerateSphericalSamples; without any, every coefficient is NaN.
+        function over the samples of GenerateSphericalSamples; without any, every coefficient is
+        NaN.
 
         numBands: number of bands, 0 to 30
         stdDev: standard deviation in radians
@@ -507,7 +518,7 @@ class SHBuilder(object):
 
         Returns a new set: 1 at the mean, 0 beyond five standard deviations
 
-        Errors: RuntimeError where there are points but no tables; ValueError for another number of
+        Errors: RuntimeError where there are samples but no tables; ValueError for another number of
         bands; MemoryError.
         """
         ...
@@ -515,17 +526,17 @@ class SHBuilder(object):
     def CreateImportanceSampledGaussSH(self, __latitude: float, __longitude: float, __stdDev: float) -> SphericalHarmonic:
         """Makes a set of a Gaussian around any point, by importance sampling.
 
-        Uses the points of GeneratePDFSamples; without any, every coefficient is NaN. The blob is
+        Uses the samples of GeneratePDFSamples; without any, every coefficient is NaN. The blob is
         narrower than that of CreateGaussSH, and lower: divide it by its value at the mean, with
         ScaleSH, to make it 1 there.
 
         latitude: polar angle of the mean in radians, 0 to pi from the pole
         longitude: azimuth of the mean in radians
-        stdDev: in radians; the points spread with about 0.659 times this standard deviation
+        stdDev: in radians; the samples spread with about 0.659 times this standard deviation
 
         Returns a new set, always of 30 bands
 
-        Errors: RuntimeError where there are points but no tables; ValueError where a point is not
+        Errors: RuntimeError where there are samples but no tables; ValueError where a sample is not
         finite; MemoryError.
         """
         ...
@@ -601,8 +612,9 @@ class SHBuilder(object):
         latitude: polar angle in radians
         stdDev: standard deviation in radians
 
-        Returns the Gaussian around the pole: 1 there, 0 beyond five standard deviations; NaN where
-        an argument is not finite
+        Returns the Gaussian around the pole: 1 there, 0 beyond five standard deviations, and so
+        everywhere where stdDev is negative; NaN where an angle is not finite, stdDev is NaN, or at
+        the pole where it is 0
         """
         ...
 
@@ -619,7 +631,7 @@ class SHBuilder(object):
     def CreateSHFromImageBuffer(self, __width: int, __height: int, __band: int, __buffer: _ReadBuffer) -> SphericalHarmonic:
         """Makes a set of an image.
 
-        Row 0 is the pole (theta 0), column 0 is phi 0. Projects the pixels over the points of
+        Row 0 is the pole (theta 0), column 0 is phi 0. Projects the pixels over the samples of
         GenerateSphericalSamples; without any, every coefficient is NaN. The builder's own image is
         not involved.
 
@@ -631,7 +643,7 @@ class SHBuilder(object):
         Returns a new set whose values are pixels, 0 to 255
 
         Errors: TypeError where there is no read buffer or its length does not fit; ValueError for a
-        negative size, an image without pixels or, with points, more than 900 coefficients;
-        RuntimeError where there are points but no tables; MemoryError.
+        negative size, an image without pixels or, with samples, more than 900 coefficients;
+        RuntimeError where there are samples but no tables; MemoryError.
         """
         ...

@@ -1,5 +1,3 @@
-#include "orvane/sh/Arithmetic.h"
-
 #include "orvane/sh/SphericalHarmonic.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "orvane/sh/Basis.h"
 
-#include "orvane/sh/Constants.h"
+#include "orvane/base/Constants.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -33,7 +33,6 @@ constexpr double factorials[2 * tableBands - 1] = {
 const std::array<double, tableCoefficients> &NormalisationTable()
 {
     static const std::array<double, tableCoefficients> table = [] {
-        constexpr double pi = 0x1.921fb54442d18p+1; // 3.141592653589793
         std::array<double, tableCoefficients> values{};
         for (int l = 0; l < tableBands; ++l)
             for (int m = -l; m <= l; ++m) {
@@ -47,7 +46,11 @@ const std::array<double, tableCoefficients> &NormalisationTable()
     return table;
 }
 
-// [2] equations (6.8.7) to (6.8.9).
+// The recurrence over the bands of one order, [2] equations (6.8.7) to (6.8.9):
+//
+//   P(m, m)     = (-1)^m (2m - 1)!! (1 - x^2)^(m / 2)
+//   P(m + 1, m) = (2m + 1) x P(m, m)
+//   P(l, m)     = ((2l - 1) x P(l - 1, m) - (l + m - 1) P(l - 2, m)) / (l - m)
 double LegendreP(int l, int m, double x)
 {
     double pmm = 1.0;

@@ -23,8 +23,9 @@ std::int32_t ExtensionCoefficients(std::int32_t oldBand, std::int32_t newBand);
 /// to newBand - 1 from `floats`. What `sh` held before is not compared with oldBand.
 /// @param floats ExtensionCoefficients(oldBand, newBand) floats of any alignment; may lie in the
 ///        set's own memory
-/// @throws std::invalid_argument unless newBand is -46,340 to 46,340; std::bad_alloc. The set is
-///         then unchanged.
+/// @throws std::invalid_argument unless newBand is -46,340 to 46,340
+/// @throws std::bad_alloc
+/// The set is then unchanged.
 void ExtendFromBuffer(SphericalHarmonic &sh, const void *floats, std::int32_t oldBand,
                       std::int32_t newBand);
 

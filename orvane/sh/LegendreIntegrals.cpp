@@ -1,4 +1,4 @@
-// Two recurrences give all integrals over one band from the values of P at its two ends. With
+// Two recurrences give all integrals over one zone from the values of P at its two ends. With
 // s = sqrt(1 - x^2), [f] the difference of f between the upper and the lower end, and the integrals
 //
 //   J(m)    of s^m, so that  I(m, m) = (-1)^m (2m - 1)!! J(m)  as  P(m, m) = (-1)^m (2m - 1)!! s^m
@@ -17,11 +17,11 @@
 //
 // Near the poles s^m and with it J(m) shrinks by s^2 from one step of (1) to the next, while the
 // error made at the start does not: upwards, (1) loses all digits there ([3]). Downwards it gains
-// them, so that it can start from J = 0 at an order where s^m has vanished against s^29. A band
+// them, so that it can start from J = 0 at an order where s^m has vanished against s^29. A zone
 // that comes near the equator cannot do that, and need not: there (1) is sound upwards. (2) is
 // sound everywhere, since I(l, m) grows with l at least as fast as an error does.
 //
-// In a narrow band the differences are small against the values they are formed from. They are
+// In a narrow zone the differences are small against the values they are formed from. They are
 // therefore never formed by subtraction, but carried along: see Ends.
 //
 // Sources:
@@ -39,7 +39,7 @@
 namespace orvane {
 namespace {
 
-/// The two values of a function at the ends of a band.
+/// The two values of a function at the ends of a zone.
 struct Ends {
     double mean;       ///< half their sum
     double difference; ///< the upper end's less the lower end's
@@ -61,8 +61,9 @@ Ends operator-(const Ends &a, const Ends &b)
     return {a.mean - b.mean, a.difference - b.difference};
 }
 
-struct Band {
-    Band(double lower, double upper)
+/// An interval of cos theta.
+struct Zone {
+    Zone(double lower, double upper)
     {
         const double lowerSine = std::sqrt((1.0 - lower) * (1.0 + lower));
         const double upperSine = std::sqrt((1.0 - upper) * (1.0 + upper));
@@ -83,22 +84,22 @@ struct Band {
 };
 
 /// J(m) for the orders of the tables.
-std::array<double, tableBands> IntegrateSinePowers(const Band &band)
+std::array<double, tableBands> IntegrateSinePowers(const Zone &zone)
 {
     // Beyond |cos theta| = 1/2, s^2 is at most 3/4: J(320) is under 1e-18 J(29).
     constexpr double polarBegin = 0.5;
     constexpr int vanishing = 320;
 
     std::array<double, vanishing + 1> boundary; // [x s^m]
-    Ends term = band.x;
+    Ends term = zone.x;
     for (double &difference : boundary) {
         difference = term.difference;
-        term = band.sine * term;
+        term = zone.sine * term;
     }
     std::array<double, vanishing + 1> integrals{};
-    if (band.nearestToEquator < polarBegin) {
+    if (zone.nearestToEquator < polarBegin) {
         integrals[0] = boundary[0];
-        integrals[1] = (boundary[1] + band.angle) / 2;
+        integrals[1] = (boundary[1] + zone.angle) / 2;
         for (int m = 2; m < tableBands; ++m)
             integrals[m] = (boundary[m] + m * integrals[m - 2]) / (m + 1);
     } else {
@@ -114,9 +115,9 @@ std::array<double, tableBands> IntegrateSinePowers(const Band &band)
 
 std::array<double, legendrePairs> IntegrateLegendre(double lower, double upper)
 {
-    const Band band(lower, upper);
-    const std::array<double, tableBands> sinePowers = IntegrateSinePowers(band);
-    const Ends sineSquare = band.sine * band.sine;
+    const Zone zone(lower, upper);
+    const std::array<double, tableBands> sinePowers = IntegrateSinePowers(zone);
+    const Ends sineSquare = zone.sine * zone.sine;
 
     std::array<double, legendrePairs> integrals;
     Ends sectoral = {1.0, 0.0}; // P(m, m)
@@ -135,12 +136,12 @@ std::array<double, legendrePairs> IntegrateLegendre(double lower, double upper)
             integralBefore = integral;
             integral = next;
 
-            const Ends above = 1.0 / (l - m) * ((2 * l - 1) * (band.x * p) - (l + m - 1) * before);
+            const Ends above = 1.0 / (l - m) * ((2 * l - 1) * (zone.x * p) - (l + m - 1) * before);
             before = p;
             p = above;
         }
         const double step = -(2 * m + 1);
-        sectoral = step * (band.sine * sectoral);
+        sectoral = step * (zone.sine * sectoral);
         factor = step * factor;
     }
     return integrals;

@@ -1,8 +1,8 @@
 #pragma once
 
-// Integrals of the associated Legendre functions over bands of cos theta.
+// Integrals of the associated Legendre functions over zones, which are intervals of cos theta.
 
-#include "orvane/kernels/PolarTable.h"
+#include "orvane/base/PolarRow.h"
 
 #include <array>
 
@@ -18,8 +18,8 @@ constexpr int LegendrePair(int l, int m)
 }
 
 /// The integrals of P(l, m, x) dx from `lower` to `upper` at LegendrePair(l, m), with P as
-/// LegendreP gives it. For bands at least 2^-11 wide the error stays below
-/// 4e-13 max(1, max |P(l, m)| (upper - lower)), the maximum taken over the band.
+/// LegendreP gives it. For zones at least 2^-11 wide the error stays below
+/// 4e-13 max(1, max |P(l, m)| (upper - lower)), the maximum taken over the zone.
 /// @param lower cos theta, -1 to 1
 /// @param upper cos theta, above lower, to 1
 std::array<double, legendrePairs> IntegrateLegendre(double lower, double upper);

@@ -1,12 +1,12 @@
 #include "orvane/sh/Rotation.h"
 
-#include "orvane/kernels/AlignedArray.h"
 #include "orvane/sh/Basis.h"
 #include "orvane/sh/SphericalHarmonic.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <type_traits>
 
 namespace orvane {
 namespace {
@@ -27,31 +27,40 @@ struct RecurrenceCoefficients {
     double w;
 };
 
-/// Owns what RotationConstants points to.
+constexpr int columns = RotationConstants::blockColumns;
+constexpr int orders = RotationConstants::edgeOrders;
+
+/// The number of values that RotationConstants points to.
+consteval int TableSize()
+{
+    int size = 0;
+    for (int l = 2; l < tableBands; ++l)
+        size += 3 * orders + (l + columns - 1) / columns * (l + 1) * 3 * columns;
+    return size;
+}
+
+/// What RotationConstants points to, and it. Nothing of it is ever destroyed: a host may rotate
+/// while the process ends.
 class ConstantTables {
 public:
     ConstantTables()
     {
-        constexpr int columns = RotationConstants::blockColumns;
-        constexpr int orders = RotationConstants::edgeOrders;
-
+        double *next = values;
         for (int l = 2; l < tableBands; ++l) {
-            edges[l].resize(3 * orders);
+            constants.edges[l] = next;
             for (int m = 0; m <= l; ++m)
-                Put(RecurrenceCoefficients(l, m, 2 * l * (2 * l - 1)), &edges[l][m], orders);
-            constants.edges[l] = edges[l].data();
+                Put(RecurrenceCoefficients(l, m, 2 * l * (2 * l - 1)), next + m, orders);
+            next += 3 * orders;
 
             for (int block = 0; block * columns < l; ++block) {
-                AlignedArray<double> &rows = interior[block][l];
-                rows.resize((l + 1) * 3 * columns);
-                for (int m = 0; m <= l; ++m)
+                constants.columns[block][l] = next;
+                for (int m = 0; m <= l; ++m, next += 3 * columns)
                     for (int column = 0; column < columns && block * columns + column < l;
                          ++column) {
                         const int n = block * columns + column;
-                        Put(RecurrenceCoefficients(l, m, (l - n) * (l + n)),
-                            &rows[m * 3 * columns + column], columns);
+                        Put(RecurrenceCoefficients(l, m, (l - n) * (l + n)), next + column,
+                            columns);
                     }
-                constants.columns[block][l] = rows.data();
             }
         }
     }
@@ -66,9 +75,11 @@ private:
         to[2 * stride] = values.w;
     }
 
-    AlignedArray<double> edges[tableBands];
-    AlignedArray<double> interior[RotationConstants::blocks][tableBands];
+    // Each table starts on a whole cache line, the widest vector: their sizes are multiples of it.
+    alignas(64) double values[TableSize()]{};
+    static_assert(3 * orders % 8 == 0 && 3 * columns % 8 == 0);
 };
+static_assert(std::is_trivially_destructible_v<ConstantTables>);
 
 const RotationConstants &Constants()
 {

@@ -1,7 +1,8 @@
 #include "orvane/sh/SphericalHarmonic.h"
 
-#include "orvane/sh/Basis.h"
-#include "orvane/sh/Errors.h"
+#include "orvane/base/Bands.h"
+#include "orvane/base/Errors.h"
+#include "orvane/base/Limits.h"
 
 #include <algorithm>
 
@@ -12,19 +13,16 @@ namespace {
 void CheckIndex(const SphericalHarmonic &sh, std::int32_t index)
 {
     const std::int32_t count = sh.GetNumCoefficients();
-    if (index < 0 || index >= count)
-        throw std::out_of_range(IllegalValue("index", index,
-                                             count > 0 ? "0 to " + std::to_string(count - 1)
-                                                       : "none: the set is empty"));
+    if (count == 0)
+        throw std::out_of_range(IllegalValue("index", index, "none: the set is empty"));
+    RequireInRange<std::out_of_range>("index", index, 0, count - 1);
 }
 
 } // namespace
 
 void SphericalHarmonic::SetNumBands(std::int32_t bands)
 {
-    if (bands < 0 || bands > mostSetBands)
-        throw std::invalid_argument(
-            IllegalValue("numBands", bands, "0 to " + std::to_string(mostSetBands)));
+    RequireInRange("numBands", bands, 0, maxSetBands);
     ResizeToBands(bands);
 }
 

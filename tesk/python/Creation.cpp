@@ -2,7 +2,7 @@
 
 #include <Python.h>
 
-#include "tesk/core/ClassTable.h"
+#include "tesk/core/ClassRegistry.h"
 #include "teskexposure/include/TeskPython"
 #include "teskexposure/include/TeskSmartPtr"
 
@@ -15,6 +15,8 @@ PyObject *TeskCreateInstanceFromPython(const Tx::Clsid &clsid, PyObject *argumen
     }
     TeskSmartPtr<IRoot> object;
     if (!object.CreateInstance(clsid)) {
+        if (PyErr_Occurred())
+            return nullptr;
         if (tesk::FindClass(clsid))
             return PyErr_NoMemory();
         PyErr_Format(PyExc_RuntimeError, "class %s is not registered", clsid.GetName());

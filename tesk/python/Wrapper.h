@@ -11,8 +11,9 @@ namespace tesk {
 /// One per host object, as long as it lives. It owns one reference to the host object and none to
 /// Python objects, so that it takes no part in garbage collection.
 struct Wrapper {
-    PyObject_HEAD IRoot *native; ///< the object's GetRoot()
-    PyObject *weakrefs;          ///< Python's list of weak references to the wrapper
+    PyObject_HEAD
+    IRoot *native;      ///< the object's GetRoot()
+    PyObject *weakrefs; ///< Python's list of weak references to the wrapper
 };
 
 /// The destructor of every wrapper, and thereby the mark of their types: they cannot be subclassed,

@@ -3,8 +3,9 @@
 // Builders beside the literal tables of the same size, with samples of the same values.
 
 #include "model/LiteralProjection.h"
+#include "orvane/base/Constants.h"
+#include "orvane/base/Errors.h"
 #include "orvane/builder/SHBuilder.h"
-#include "orvane/sh/Errors.h"
 #include "platform/RuntimeRandom.h"
 #include "tests/native/EachInstructionSet.h"
 #include "tests/native/SameBits.h"
@@ -22,7 +23,7 @@
 inline constexpr double infinity = std::numeric_limits<double>::infinity();
 inline constexpr int most = std::numeric_limits<int>::max();
 inline constexpr int least = std::numeric_limits<int>::min();
-inline const double pi = std::acos(-1.0);
+using orvane::pi;
 
 inline constexpr int tableSizes[] = {1, 5, 7, 256, 1000, 1024};
 

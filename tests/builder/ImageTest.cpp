@@ -151,7 +151,7 @@ void RenderInTurn(unsigned seed, int rounds)
         std::vector<std::uint8_t> pictures[2];
         BuilderCase fresh;
         for (SHBuilder *builder : {&kept.builder, &fresh.builder}) {
-            if (builder->numSteps != steps)
+            if (builder->tables.numSteps != steps)
                 builder->GenerateLookUpTables(steps);
             builder->UseInstructionSet(kernels->instructionSet);
             builder->SetImageBuffer(width, height);

@@ -12,8 +12,8 @@ TEST(IntegralMipMaps, HoldEveryBandAndWedge)
         SHBuilder &builder = model.builder;
         for (int call = 0; call < 2; ++call)
             builder.GenerateImporanceIntegralMipMaps();
-        const auto &theta = builder.thetaIntegralMipMap;
-        const auto &phi = builder.phiIntegralMipMap;
+        const auto &theta = builder.integrals.thetaIntegralMipMap;
+        const auto &phi = builder.integrals.phiIntegralMipMap;
         ASSERT_EQ(theta.size(), 12u);
         ASSERT_EQ(phi.size(), 12u);
         std::vector<double> band;
@@ -34,12 +34,12 @@ TEST(IntegralMipMaps, HoldEveryBandAndWedge)
                     << level << ", " << k;
             }
         }
-        EXPECT_EQ(builder.integralScratch, band);
+        EXPECT_EQ(builder.integrals.integralScratch, band);
         double total = phi[1][0] * theta[1][0];
         total += phi[1][1] * theta[1][0];
         total += theta[1][1] * phi[1][0];
         total += phi[1][1] * theta[1][1];
-        EXPECT_EQ(builder.totalIntegral, total);
+        EXPECT_EQ(builder.integrals.totalIntegral, total);
     }
 }
 

@@ -40,10 +40,10 @@ int OrderFor(const char *operation, const char *detail = "")
     calls[length] = '\0';
     if (std::strcmp(operation, expected.operation) != 0 || --expected.from > 0)
         return HostObeys;
-    if (expected.order == HostThrows)
-        throw std::runtime_error("thrown by the host");
-    if (expected.order == HostSaysWhy)
+    if (expected.order == HostSaysWhy || expected.order == HostSaysWhyAndThrows)
         PyErr_SetString(PyExc_ArithmeticError, "the host's own words");
+    if (expected.order == HostThrows || expected.order == HostSaysWhyAndThrows)
+        throw std::runtime_error("thrown by the host");
     return expected.order;
 }
 
@@ -278,8 +278,10 @@ public:
     bool FindInterface(IRoot *object, const Tx::IID &iid, void **out, ClassDescriptor *descriptor,
                        int flags) override
     {
-        return OrderFor("ITeskClasses::FindInterface", iid.GetName()) == HostObeys &&
-               next->FindInterface(object, iid, out, descriptor, flags);
+        const int order = OrderFor("ITeskClasses::FindInterface", iid.GetName());
+        if (order == HostLeavesPointer)
+            *out = object;
+        return order == HostObeys && next->FindInterface(object, iid, out, descriptor, flags);
     }
     void TrackInstance(IRoot *root, int delta, int reserved) override
     {

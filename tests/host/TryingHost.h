@@ -10,11 +10,13 @@ extern "C" {
 /// What an operation does instead of its work.
 enum HostOrder : int {
     HostObeys = 0,
-    HostRefuses = 1,       ///< gives the answer that means failure, without a Python error
-    HostSaysWhy = 2,       ///< the same, with a Python error of its own
-    HostThrows = 3,        ///< throws a C++ exception
-    HostGivesNothing = 4,  ///< claims success, with a null object
-    HostShowsWeakRoot = 5, ///< gives the IRoot inside the object's IWeakObject
+    HostRefuses = 1,          ///< gives the answer that means failure, without a Python error
+    HostSaysWhy = 2,          ///< the same, with a Python error of its own
+    HostThrows = 3,           ///< throws a C++ exception
+    HostGivesNothing = 4,     ///< claims success, with a null object
+    HostShowsWeakRoot = 5,    ///< gives the IRoot inside the object's IWeakObject
+    HostSaysWhyAndThrows = 6, ///< sets a Python error, then throws
+    HostLeavesPointer = 7,    ///< refuses, with a pointer in place that owns no reference
 };
 
 /// From its `from`-th call on (1: the next one), `operation` does what `order` says.

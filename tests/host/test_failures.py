@@ -14,7 +14,10 @@ HOST = ctypes.CDLL(None)
 HOST.HostLog.restype = ctypes.c_char_p
 HOST.HostFailNew.argtypes = [ctypes.c_int64]
 HOST.HostFailureIsPending.restype = ctypes.c_bool
-OBEYS, REFUSES, SAYS_WHY, THROWS, GIVES_NOTHING, SHOWS_WEAK_ROOT = range(6)
+ORDERS = ["obeys", "refuses", "says why", "throws", "gives nothing", "shows weak root",
+          "says why and throws", "leaves pointer"]
+(OBEYS, REFUSES, SAYS_WHY, THROWS, GIVES_NOTHING, SHOWS_WEAK_ROOT, SAYS_WHY_AND_THROWS,
+ LEAVES_POINTER) = range(8)
 
 
 def import_fails_whole():
@@ -26,6 +29,8 @@ def import_fails_whole():
             ("ITeskClasses::RegisterClasses", THROWS, "RuntimeError: thrown by the host"),
             ("TeskRegisterToModule", THROWS, "RuntimeError: thrown by the host"),
             ("TeskRegisterToModule", SAYS_WHY, "ArithmeticError: the host's own words"),
+            ("TeskRegisterToModule", SAYS_WHY_AND_THROWS,
+             "ArithmeticError: the host's own words"),
             ("TeskRegisterToModule", REFUSES,
              "RuntimeError: TeskRegisterToModule failed for class SHBuilder")]:
         HOST.HostExpect(operation, order, 1)
@@ -61,21 +66,30 @@ FAILURES = [
      "RuntimeError: TeskCreateInstance failed for class SphericalHarmonic"),
     ("TeskCreateInstance", SAYS_WHY, COPY, OWN),
     ("TeskCreateInstance", THROWS, COPY, THROWN),
+    ("TeskCreateInstance", SAYS_WHY_AND_THROWS, COPY, OWN),
     ("TeskCreateInstance", GIVES_NOTHING, COPY,
      "RuntimeError: TeskCreateInstance failed for class SphericalHarmonic"),
     ("ITeskClasses::FindInterface", REFUSES, COPY,
      "RuntimeError: TeskCreateInstance failed for class SphericalHarmonic"),
     ("ITeskClasses::FindInterface", SAYS_WHY, COPY, OWN),
     ("ITeskClasses::FindInterface", THROWS, COPY, THROWN),
+    ("ITeskClasses::FindInterface", LEAVES_POINTER, COPY,
+     "RuntimeError: TeskCreateInstance failed for class SphericalHarmonic"),
+    ("ITeskClasses::FindInterface", SAYS_WHY, NEW, OWN),
     ("ITeskClasses::TrackInstance", THROWS, COPY, THROWN),
     ("TeskInternalCreate", REFUSES, COPY, "MemoryError: "),
     ("TeskInternalCreate", SAYS_WHY, COPY, OWN),
     ("TeskInternalCreate", THROWS, COPY, "MemoryError: "),
+    ("TeskInternalCreate", SAYS_WHY_AND_THROWS, COPY, OWN),
+    ("TeskInternalCreate", SAYS_WHY, NEW, OWN),
     ("ITeskPyOS::WrapObject", REFUSES, COPY,
      "RuntimeError: ITeskPyOS::WrapObject failed for class SphericalHarmonic"),
     ("ITeskPyOS::WrapObject", SAYS_WHY, COPY, OWN),
     ("ITeskPyOS::WrapObject", THROWS, COPY, THROWN),
+    ("ITeskPyOS::WrapObject", SAYS_WHY_AND_THROWS, COPY, OWN),
     ("PyThunkLeave", THROWS, COPY, THROWN),
+    ("PyThunkLeave", THROWS, "world.builder.CopySH(5)",
+     "TypeError: Could not match argument 0 to expected type: class SphericalHarmonic."),
     ("PyThunkLeave", THROWS, "world.set.GetAsBuffer()", THROWN),
     ("TeskWrapObjectForPython", REFUSES, ADD,
      "RuntimeError: TeskWrapObjectForPython failed for class SphericalHarmonic"),
@@ -90,6 +104,7 @@ FAILURES = [
      "RuntimeError: TeskExtractArgumentImpl failed for argument 0"),
     ("TeskExtractArgumentImpl", SAYS_WHY, SIZE, OWN),
     ("TeskExtractArgumentImpl", THROWS, SIZE, THROWN),
+    ("TeskExtractArgumentImpl", SAYS_WHY_AND_THROWS, SIZE, OWN),
     ("TeskUnwrapObjectFromPython", REFUSES, SIZE,
      "TypeError: Could not match self to expected type: class SphericalHarmonic."),
     ("TeskUnwrapObjectFromPython", SAYS_WHY, SIZE, OWN),
@@ -123,8 +138,7 @@ class FailureTest(WorldTest):
             outcome = self.outcome(expression)
             HOST.HostObey()
             print "%s, %s: %s -> %s" % (
-                operation, ("", "refuses", "says why", "throws", "gives nothing")[order],
-                expression, outcome)
+                operation, ORDERS[order], expression, outcome)
             self.assertEqual(outcome, expected, (operation, order, expression))
             self.assertEqual(self.world.snapshot(), before, (operation, order, expression))
             self.assertEqual(self.outcome(expression), usual)

@@ -1,8 +1,6 @@
 #include "model/LiteralRender.h"
-#include "orvane/builder/LookUpTables.h"
+#include "orvane/base/PolarRow.h"
 #include "orvane/builder/PictureTables.h"
-#include "orvane/kernels/PolarTable.h"
-#include "orvane/sh/Basis.h"
 #include "tests/builder/BuilderCase.h"
 
 #include <functional>
@@ -33,7 +31,7 @@ private:
 /// The factor of order 0.
 double Polar(const BuilderCase &model, std::size_t step, int l)
 {
-    return model.builder.polarTable.rows[step * polarRowLength + l];
+    return model.builder.tables.polarRows[step * polarRowLength + l];
 }
 
 struct Picture {
@@ -61,8 +59,8 @@ void ExpectLiteral(
         for (int render = 0; render < 2; ++render) {
             std::fill(image.begin(), image.end(), 0);
             counts(tables.Render(*kernels,
-                                 {.angles = AngleTablesOf(model.builder),
-                                  .polarRows = model.builder.polarTable.rows.data(),
+                                 {.angles = model.builder.tables.Angles(),
+                                  .polarRows = model.builder.tables.polarRows.data(),
                                   .coefficients = set.data(),
                                   .count = static_cast<int>(set.size()),
                                   .scale = scale,
@@ -278,7 +276,7 @@ TEST_F(Render, PolarFactorsStayBelowTheBoundOfTheAdditionTheorem)
 {
     const double bound = std::sqrt(59 / (4 * pi)) * (1 + 1e-9);
     for (const int numSteps : {1, 5, 100, 1024, 1200})
-        for (const double factor : CaseFor(numSteps).builder.polarTable.rows)
+        for (const double factor : CaseFor(numSteps).builder.tables.polarRows)
             ASSERT_LE(std::fabs(factor), bound);
 }
 

@@ -53,3 +53,10 @@ run(${modules} -m orvanekit info earth.json)
 if(NOT output MATCHES "\n4 bands, 16 coefficients\n")
     message(FATAL_ERROR "info says:\n${output}")
 endif()
+
+# The page holds the scripts that lie beside the package.
+run(${modules} -m orvanekit view earth.json)
+file(SIZE ${work}/run/earth.html size)
+if(size LESS 30000)
+    message(FATAL_ERROR "earth.html has ${size} bytes")
+endif()

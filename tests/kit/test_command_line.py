@@ -10,10 +10,11 @@ import StringIO
 import sys
 import tempfile
 import unittest
+import urllib
 
 from orvanekit import (coefficients, load, load_with_notes, make_set, read_image, save,
                        write_image)
-from orvanekit import command_line, files
+from orvanekit import command_line, commands, files
 from orvanekit.commands import COMMANDS
 from orvanekit.progress import Progress
 
@@ -164,6 +165,23 @@ class CommandsTest(Folder):
         self.run_well("fit a.csv a.json --bands 2 --degrees --smoothing 0")
         self.assert_set("a.json", [2 * WHOLE, 0, math.sqrt(4 * math.pi / 3), 0])
 
+    def test_view(self):
+        save("a b.json", make_set([1.0]))
+        save("c.json", 3 * (make_set([1.0]),))
+        opened = []
+        before, commands.webbrowser.open = (commands.webbrowser.open,
+                                            lambda address: not opened.append(address))
+        try:
+            self.assertEqual(self.run_well("view 'a b.json' --open"), "a b.html\n")
+        finally:
+            commands.webbrowser.open = before
+        path = urllib.pathname2url(os.path.abspath("a b.html"))
+        self.assertEqual(opened, ["file://" + path.replace("///", "/")])
+        self.run_well("view 'a b.json' c.json -o d.html --title '<\xc3\xa9>'")
+        for name, title in (("a b.html", "a b"), ("d.html", "&lt;&#233;&gt;")):
+            with open(name) as page:
+                self.assertIn("<title>%s</title>" % title, page.read())
+
 
 class RefusalTest(Folder):
     def test_refusals_are_one_line_that_begins_with_the_file(self):
@@ -184,6 +202,9 @@ class RefusalTest(Folder):
                 ("render a.json o.png", "a.json: "),
                 ("render c.json o.png --width 0", "c.json: a picture of 0 x 1 pixels"),
                 ("filter c.json o.json --dering", "c.json: "),
+                ("view c.json a.json", "a.json: coefficient 1 is nan"),
+                ("view c.json -o none/o.html", "none/o.html: No such file or directory"),
+                ("view" + 65 * " c.json" + " -o o.html", "o.html: 65 sets; expected 1 to 64"),
                 ("filter c.json none/o.json --hann", "none/o.json: No such file or directory"),
                 ("rotate c.json o.json --axis 0 0 0 --angle 9", "c.json: "),
                 ("combine a.json c.json o.json --sum", "a.json: sets of one and of three"),

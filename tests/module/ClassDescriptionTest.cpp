@@ -1,7 +1,6 @@
 #include "orvane/builder/SHBuilder.h"
+#include "orvane/module/ClassTables.h"
 #include "orvane/module/Module.h"
-#include "orvane/module/SHBuilderTable.h"
-#include "orvane/module/SphericalHarmonicTable.h"
 #include "tests/module/Interpreter.h"
 
 #include <cstring>

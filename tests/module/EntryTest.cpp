@@ -1,9 +1,9 @@
 // Entry functions called as no script can call them.
 
+#include "orvane/base/Errors.h"
 #include "orvane/builder/SHBuilder.h"
 #include "orvane/module/PythonErrors.h"
 #include "orvane/module/SharedView.h"
-#include "orvane/sh/Errors.h"
 #include "teskexposure/include/TeskHost"
 #include "tests/module/Interpreter.h"
 

@@ -6,9 +6,9 @@
 
 namespace failing_new {
 
-/// Makes the n-th allocation from now fail, once; 0 takes the order back.
+/// Makes the n-th allocation from now fail, once; 0 cancels.
 void Fail(std::int64_t n);
-/// True while the allocation that was to fail has not come yet.
+/// True until the allocation that is to fail is made.
 bool IsPending();
 
 } // namespace failing_new

@@ -1,3 +1,6 @@
+// The exposed classes for programs that have no Python. Where there is one, orvane/module describes
+// them instead.
+
 #include "orvane/builder/SHBuilder.h"
 #include "tests/native/Describe.h"
 

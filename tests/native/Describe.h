@@ -2,7 +2,7 @@
 
 #include "teskexposure/include/TeskRecords"
 
-/// A class's description for tests without Python: identity and interfaces only. Built on the first
+/// A class's description without a script: identity and interfaces only. Built on the first
 /// call for this class.
 template <class Exposed> ClassDescriptor *Describe(const char *module, const char *name)
 {

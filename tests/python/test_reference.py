@@ -14,6 +14,7 @@ from support import ATTRIBUTES, DOCS, METHODS, MODULE_FOLDER, kinds
 PAGE, STUB = "docs/reference.md", "orvane/module/_Orvane.pyi"
 STUB_TYPES = {"SH": "SphericalHarmonic", "f": "float", "d": "float", "i": "int",
               "set": "SphericalHarmonic", "buffer": "_ReadBuffer", "matrix": "_Matrix"}
+STUB_RESULTS = {"SH": "SphericalHarmonic", "buffer": "_Buffer"}
 
 
 def read(path):
@@ -43,7 +44,7 @@ class ReferenceTest(unittest.TestCase):
                             target)
 
     def test_stub_has_the_types_of_every_method_and_attribute(self):
-        classes = dict(re.findall(r"^class (\w+)\(object\):\n((?:\n|    .*\n)*)", read(STUB),
+        classes = dict(re.findall(r"^class ([A-Z]\w+)\(object\):\n((?:\n|    .*\n)*)", read(STUB),
                                   re.MULTILINE))
         self.assertEqual(set(classes), set(DOCS))
         for name, body in classes.items():
@@ -56,7 +57,7 @@ class ReferenceTest(unittest.TestCase):
                     types = [STUB_TYPES.get(kind, kind) for kind in kinds(method)]
                     if method.style == "direct":
                         types = ["Any"]
-                    result = STUB_TYPES["SH"] if method.result == "SH" else method.result
+                    result = STUB_RESULTS.get(method.result, method.result)
                     expected[method.name] = (types, result)
             self.assertEqual(found, expected)
             for attribute in ATTRIBUTES[name]:

@@ -1,4 +1,4 @@
-#include "orvane/sh/Arithmetic.h"
+#include "orvane/sh/SphericalHarmonic.h"
 
 #include "model/LiteralArithmetic.h"
 #include "tests/native/SameBits.h"

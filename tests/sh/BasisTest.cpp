@@ -1,7 +1,7 @@
 #include "orvane/sh/Basis.h"
 
 #include "model/LiteralModel.h"
-#include "orvane/sh/Constants.h"
+#include "orvane/base/Constants.h"
 #include "tests/builder/BuilderCase.h"
 #include "tests/native/Angles.h"
 #include "tests/native/SameBits.h"

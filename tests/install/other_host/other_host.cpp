@@ -50,7 +50,8 @@ struct Services : Service<ITeskPyOS> {
 } services;
 
 struct Wrapper {
-    PyObject_HEAD IWeakObject *native;
+    PyObject_HEAD
+    IWeakObject *native;
 };
 
 void Destroy(PyObject *self)

@@ -1,10 +1,10 @@
 #pragma once
 
-// Job: adding weighted points of the sphere to the coefficients of every basis function, the inner
+// Kernel: adding weighted points of the sphere to the coefficients of every basis function, the inner
 // loop of every projection.
 
+#include "orvane/base/PolarRow.h"
 #include "orvane/kernels/AngleFactors.h"
-#include "orvane/kernels/PolarTable.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -37,7 +37,7 @@ struct ProjectionTables {
 ///   pixels:    sum + (float)b * (float)value
 ///
 /// @param bands 1 to 30
-using ProjectionKernel = void (*)(const ProjectionTables &tables, const ProjectionPoint *points,
-                                  std::size_t count, int bands, ProjectionSums &sums);
+using PointSumsKernel = void (*)(const ProjectionTables &tables, const ProjectionPoint *points,
+                                 std::size_t count, int bands, ProjectionSums &sums);
 
 } // namespace orvane

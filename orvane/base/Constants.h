@@ -1,9 +1,12 @@
 #pragma once
 
-// Single-precision constants widened to double. They are not the nearest doubles to the numbers
-// they stand for: every angle, table and weight is defined over exactly these bits.
+// Pi and what is made of it. The constants that end in _F are single-precision numbers widened to
+// double, not the nearest doubles to what they stand for: every angle, table and weight is defined
+// over exactly their bits.
 
 namespace orvane {
+
+inline constexpr double pi = 0x1.921fb54442d18p+1; ///< the nearest double: 3.141592653589793
 
 inline constexpr double TWO_PI_F = 0x1.921fb6p+2;      ///< 2 pi: 6.2831854820251465
 inline constexpr double PI_F = 0x1.921fb6p+1;          ///< pi: 3.1415927410125732

@@ -1,5 +1,3 @@
-#include "orvane/builder/Projection.h"
-
 #include "tests/builder/BuilderCase.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 // The class table: which classes there are, what interfaces they have, how many objects live.
 
-#include "tesk/core/ClassTable.h"
+#include "tesk/core/ClassRegistry.h"
 
 #include "tesk/core/Accounts.h"
 #include "tesk/core/NeverDestroyed.h"
@@ -18,7 +18,7 @@ std::vector<Tx::ClassRegistration> &Classes()
     return classes.object;
 }
 
-class ClassTable final : public ServiceObject<ITeskClasses> {
+class ClassRegistry final : public ServiceObject<ITeskClasses> {
 public:
     /// A class that registers again (its module was loaded anew) replaces its old registration.
     /// @throws std::bad_alloc; no class is registered then
@@ -55,7 +55,7 @@ public:
     }
 };
 
-constinit ClassTable classTable;
+constinit ClassRegistry classRegistry;
 
 } // namespace
 
@@ -70,7 +70,7 @@ const Tx::ClassRegistration *FindClass(const Tx::Clsid &clsid)
 
 } // namespace tesk
 
-constinit ITeskClasses *TxClasses = &tesk::classTable;
+constinit ITeskClasses *TxClasses = &tesk::classRegistry;
 
 bool TeskCreateInstance(const Tx::Clsid &clsid, const Tx::IID &iid, void **out)
 {

@@ -2,13 +2,12 @@
 //
 // Points are taken in blocks, each at its row of the polar table:
 //
-//             order 0            order 1                          order 29
-//   row of p0 [KP KP KP KP ...]  [KP KP KP ...]                   [KP 0 ..]   * c(p0, m) *
-//   value(p0) row of p1 [KP KP KP KP ...]  [KP KP KP ...]  ...              [KP 0 ..]   * c(p1, m)
-//   * value(p1)
-//   ...             |                  |                               |
-//   cosine    [sums          ]   [sums        ]                   [sum     ]  every load serves a
-//   sine      [ -            ]   [sums        ]                   [sum     ]  whole block of points
+//              order 0          order 1              order 29
+//   row of p0  [KP KP KP ...]   [KP KP ...]   ...   [KP 0 ...]   * c(p0, m) * value(p0)
+//   row of p1  [KP KP KP ...]   [KP KP ...]   ...   [KP 0 ...]   * c(p1, m) * value(p1)
+//   ...              |               |                   |
+//   cosine     [sums        ]   [sums     ]   ...   [sum     ]   each load of a sum serves
+//   sine       [ -          ]   [sums     ]   ...   [sum     ]   the whole block of points
 //
 // Each lane is one coefficient. It sees the points in their order, and for each the operations of
 // the formula in theirs: K P times the factor, times the value, rounded to single precision, added.
@@ -43,8 +42,8 @@ inline void AddBlock(const ProjectionTables &tables, const ProjectionPoint *poin
         Store(sums.cosine + i, sum);
     }
     for (int m = 1; m < bands; ++m) {
-        // Spread by the load itself: that of a number in a register takes the port that also
-        // rounds to single precision, the busiest one.
+        // Broadcast from memory: a register broadcast would compete for the port that narrows to
+        // float.
         VecD cosine[block], sine[block];
         for (int p = 0; p < block; ++p) {
             cosine[p] = Broadcast(tables.angles.cosLut[index[p][m]]);

@@ -206,7 +206,7 @@ inline void ApplyColumns(const MirroredColumns &columns, const double *in, int l
 {
     VecD right{};
     VecD left{};
-    const double *centre = in + l * l + l;
+    const double *centre = in + CoefficientIndex(l, 0);
     for (int m = l; m > 0; --m) {
         right += columns.side[0].negative[m] * centre[-m];
         left += columns.side[1].negative[m] * centre[-m];
@@ -215,7 +215,7 @@ inline void ApplyColumns(const MirroredColumns &columns, const double *in, int l
         right += columns.side[0].positive[m] * centre[m];
         left += columns.side[1].positive[m] * centre[m];
     }
-    float *outCentre = out + l * l + l;
+    float *outCentre = out + CoefficientIndex(l, 0);
     for (int lane = 0; lane < lanes && n + lane <= l; ++lane) {
         outCentre[n + lane] = static_cast<float>(right[lane]);
         outCentre[-n - lane] = static_cast<float>(left[lane]);

@@ -1,10 +1,12 @@
 #pragma once
 
-// Job: the rotation of the whole bands of a set by a 3 x 3 matrix, through the recurrence of
+// Kernel: the rotation of the whole bands of a set by a 3 x 3 matrix, through the recurrence of
 //
 //   J. Ivanic and K. Ruedenberg, "Rotation Matrices for Real Spherical Harmonics. Direct
 //   Determination by Recursion", J. Phys. Chem. 100 (1996) 6342, with the corrections of 102 (1998)
 //   9099.
+
+#include "orvane/base/Bands.h"
 
 namespace orvane {
 
@@ -17,10 +19,10 @@ struct RotationConstants {
 
     /// For columns n = 8 k to 8 k + 7 of band l, n < l: the vectors u, v, w over the columns for
     /// each m = 0..l in turn. Columns from l on are 0. Null where k has no column below l.
-    const double *columns[blocks][30];
+    const double *columns[blocks][tableBands];
     /// For the outermost columns n = -l and l: u, then v, then w, each over m = 0..39; orders
     /// above l are 0.
-    const double *edges[30];
+    const double *edges[tableBands];
 };
 
 /// @param matrix rows and columns x, y, z, acting on row vectors; any values
