@@ -1,7 +1,8 @@
 """python2.7 -m orvanekit COMMAND: reads the arguments, reports refusals.
 
 Exit status 0; 1 where an input is refused, with one line on stderr that
-begins with the file's name; 2 for wrong arguments; 130 after Ctrl-C.
+begins with the file's name (a batch has one for each job); 2 for wrong
+arguments; 130 after Ctrl-C.
 """
 
 import argparse
@@ -14,7 +15,7 @@ PROGRAM = "python2.7 -m orvanekit"
 
 # name: of the command; summary: a line; examples: lines without the
 # program; arguments: a function that adds them to a parser; run: a function
-# of the parsed arguments.
+# of the parsed arguments, which may return an exit status.
 Command = collections.namedtuple(
     "Command", "name summary examples arguments run")
 
@@ -29,7 +30,7 @@ def main(commands, arguments):
     """
     try:
         options = _parser(commands).parse_args(arguments)
-        options.run(options)
+        status = options.run(options)
         sys.stdout.flush()
     except KeyboardInterrupt:
         return 130
@@ -40,7 +41,7 @@ def main(commands, arguments):
                        if error.filename else str(error))
     except ValueError as error:
         return _refuse(str(error))
-    return 0
+    return status or 0
 
 
 @contextlib.contextmanager

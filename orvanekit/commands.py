@@ -3,33 +3,26 @@
 import array
 import json
 import math
-import operator
 import os
+import sys
 import urllib
 import urlparse
 import webbrowser
 
-import _Orvane
-
 import orvanekit as kit
 
+from . import jobs, operations
+from .batch import batch
 from .command_line import Command, about
 from .files import write_whole
+from .join import join
 from .progress import Progress
-from .sets import channels, finite, like
-from .textfiles import read_numbers, read_points
+from .sets import channels, finite
+from .textfiles import read_numbers
 
 _BAR = 40  # characters of the longest bar of a spectrum
 _CHANNELS = ("red", "green", "blue")
 _PICTURES = (".png", ".pgm", ".ppm", ".pfm", ".hdr", ".pic")
-
-
-def _each(function, *sets):
-    """Apply a function to sets, or channel by channel to colour."""
-    if len(set(map(type, sets))) > 1:
-        raise ValueError("sets of one and of three channels do not mix")
-    return like(sets[0], [function(*those) for those
-                          in zip(*map(channels, sets))])
 
 
 def _load(path):
@@ -47,21 +40,6 @@ def _ending(path):
 def _save(path, sh, source=None):
     with about(path):
         kit.save(path, sh, **({} if source is None else {"source": source}))
-
-
-def _number(text):
-    """A finite number; argparse names it in its message."""
-    value = float(text)
-    if value - value != 0:
-        raise ValueError(text)
-    return value
-
-
-def _bands(text):
-    bands = int(text)
-    if not 1 <= bands <= 30:
-        raise ValueError(text)
-    return bands
 
 
 def _in_and_out(parser, given="SET.json", made="OUT.json"):
@@ -113,124 +91,52 @@ def _described(sh):
 
 def _project_arguments(parser):
     _in_and_out(parser, "PICTURE")
-    parser.add_argument("--bands", type=_bands, default=30,
-                        help="1 to 30; 30 unless given")
-    parser.add_argument("--colour", action="store_true",
-                        help="three sets, red, green and blue; else "
-                        "luminance")
+    operations.project_options(parser)
 
 
 def _project(options):
     with about(options.given), Progress("projecting " + options.given):
-        width, height, values = kit.read_image(options.given, options.colour)
-        sh = kit.projected(values, width, height, options.bands)
+        sh = operations.project(options)
     _save(options.made, sh, os.path.basename(options.given))
 
 
 def _render_arguments(parser):
     _in_and_out(parser, made="OUT.png")
-    shape = parser.add_mutually_exclusive_group()
-    shape.add_argument("--map", action="store_true",
-                       help="phi to the right, theta downwards (the default)")
-    shape.add_argument("--globe", action="store_true", help="seen from afar")
-    parser.add_argument("--width", type=int, default=512,
-                        help="in pixels; 512 unless given")
-    parser.add_argument("--height", type=int,
-                        help="of a map, in pixels; half the width unless "
-                        "given")
-    parser.add_argument("--view", nargs=2, type=_number, default=(90.0, 0.0),
-                        metavar=("THETA", "PHI"),
-                        help="the globe's middle, in degrees; 90 0 unless "
-                        "given")
-    parser.add_argument("--grey", action="store_true",
-                        help="black to white instead of blue, black, orange")
-    parser.add_argument("--least", type=_number,
-                        help="the value that is black")
-    parser.add_argument("--greatest", type=_number,
-                        help="the value that is brightest")
-    parser.add_argument("--gamma", type=_number, default=1.0,
-                        help="2.2 for light; 1 unless given")
+    operations.render_options(parser)
 
 
 def _render(options):
     sh, _ = _load(options.given)
-    look = {"colours": "grey" if options.grey else "diverging",
-            "least": options.least, "greatest": options.greatest,
-            "gamma": options.gamma}
     with about(options.given), Progress("drawing " + options.given):
-        if options.globe:
-            picture = kit.globe(sh, options.width,
-                                tuple(map(math.radians, options.view)),
-                                **look)
-        else:
-            picture = kit.map_picture(sh, options.width, options.height,
-                                      **look)
+        picture = operations.render(sh, options)
     with about(options.made):
         write_whole(options.made, picture)
 
 
 def _filter_arguments(parser):
     _in_and_out(parser)
-    window = parser.add_mutually_exclusive_group(required=True)
-    window.add_argument("--hann", action="store_true")
-    window.add_argument("--lanczos", action="store_true")
-    window.add_argument("--heat", type=_number, metavar="W",
-                        help="Gaussian blur of W radians")
-    window.add_argument("--cap", type=_number, metavar="A",
-                        help="average over a cap of A radians")
-    window.add_argument("--irradiance", action="store_true",
-                        help="clamped cosine, divided by pi")
-    window.add_argument("--dering", action="store_true",
-                        help="the narrowest blur without values below the "
-                        "floor")
-    parser.add_argument("--floor", type=_number, default=0.0,
-                        help="of --dering; 0 unless given")
+    operations.filter_options(parser)
 
 
 def _filter(options):
     sh, notes = _load(options.given)
     with about(options.given), Progress("filtering " + options.given):
-        if options.dering:
-            made, width = kit.dering(sh, options.floor)
-            print "heat window of width %.6g" % width
-        else:
-            bands = channels(sh)[0].numBands
-            if options.hann:
-                window = kit.hann(bands)
-            elif options.lanczos:
-                window = kit.lanczos(bands)
-            elif options.heat is not None:
-                window = kit.heat(bands, options.heat)
-            elif options.cap is not None:
-                window = kit.cap(bands, options.cap)
-            else:
-                window = kit.clamped_cosine(bands)
-            made = kit.filtered(sh, window)
+        made, width = operations.smooth(sh, options)
+    if width is not None:
+        print "heat window of width %.6g" % width
     _save(options.made, made, notes.get("source"))
 
 
 def _rotate_arguments(parser):
     _in_and_out(parser)
-    parser.add_argument("--axis", nargs=3, type=_number, required=True,
-                        metavar=("X", "Y", "Z"),
-                        help="x at phi = 0, y at phi = 90 degrees, z the "
-                        "pole")
-    parser.add_argument("--angle", type=_number, required=True,
-                        metavar="DEGREES", help="right-handed")
+    operations.rotate_options(parser)
 
 
 def _rotate(options):
     sh, notes = _load(options.given)
     with about(options.given):
-        matrix = kit.rotation(options.axis, math.radians(options.angle))
-        made = _each(lambda channel: _rotated(channel, matrix), sh)
+        made = operations.rotate(sh, options)
     _save(options.made, made, notes.get("source"))
-
-
-def _rotated(sh, matrix):
-    """A set turned by a matrix, with as many bands as before."""
-    values = kit.coefficients(_Orvane.SHBuilder().RotateSH(sh, matrix))
-    return kit.make_set(values[:sh.GetNumCoefficients()])
 
 
 def _convert_arguments(parser):
@@ -298,85 +204,24 @@ def _read_floats(path):
 def _combine_arguments(parser):
     parser.add_argument("given", metavar="SET.json", nargs="+")
     parser.add_argument("made", metavar="OUT.json")
-    how = parser.add_mutually_exclusive_group(required=True)
-    how.add_argument("--sum", action="store_true")
-    how.add_argument("--difference", action="store_true",
-                     help="the first less the others")
-    how.add_argument("--product", action="store_true")
-    how.add_argument("--max", action="store_true")
-    how.add_argument("--min", action="store_true")
-    how.add_argument("--blend", type=_number, metavar="PART",
-                     help="of two sets: 0 is the first, 1 the second")
-    how.add_argument("--threshold", type=_number, metavar="VALUE",
-                     help="of one set: 1 where it is above, else 0")
-    parser.add_argument("--bands", type=_bands, default=30,
-                        help="of a product, maximum, minimum or mask, 1 to "
-                        "30; 30 unless given")
+    operations.combine_options(parser)
 
 
 def _combine(options):
     sets = [_load(path)[0] for path in options.given]
-    wanted = {"blend": 2, "threshold": 1}
-    for name, number in wanted.items():
-        if getattr(options, name) is not None and len(sets) != number:
-            raise ValueError("%s: %d sets; --%s takes %d" % (
-                options.given[0], len(sets), name, number))
     with about(options.given[0]), Progress("combining"):
-        if options.sum:
-            made = _weighted(sets, [1.0] * len(sets))
-        elif options.difference:
-            made = _weighted(sets, [1.0] + [-1.0] * (len(sets) - 1))
-        elif options.blend is not None:
-            made = _weighted(sets, [1.0 - options.blend, options.blend])
-        else:
-            # The edge of a mask is hard.
-            density = 1 if options.threshold is None else 4
-            made = kit.combined(_pointwise(options), sets, options.bands,
-                                density)
+        made = operations.combine(sets, options)
     _save(options.made, made)
-
-
-def _weighted(sets, weights):
-    """The sum of sets, each times a number; shorter ones end in zeros."""
-    def one_channel(*channels):
-        rows = map(kit.coefficients, channels)
-        total = [0.0] * max(map(len, rows))
-        for row, weight in zip(rows, weights):
-            for index, value in enumerate(row):
-                total[index] += weight * value
-        return kit.make_set(total)
-    return _each(one_channel, *sets)
-
-
-def _pointwise(options):
-    """The function of the values of sets at a point."""
-    if options.threshold is not None:
-        return lambda value: 1.0 if value > options.threshold else 0.0
-    if options.product:
-        return lambda *values: reduce(operator.mul, values)
-    return lambda *values: max(values) if options.max else min(values)
 
 
 def _fit_arguments(parser):
     _in_and_out(parser, "POINTS.csv")
-    parser.add_argument("--bands", type=_bands, default=10,
-                        help="1 to 30; 10 unless given")
-    parser.add_argument("--smoothing", type=_number,
-                        help="how much roughness counts")
-    parser.add_argument("--degrees", action="store_true",
-                        help="the file's angles are in degrees")
+    operations.fit_options(parser)
 
 
 def _fit(options):
     with about(options.given), Progress("fitting " + options.given) as part:
-        points = read_points(options.given)
-        if options.degrees:
-            points = [(math.radians(theta), math.radians(phi), value)
-                      for theta, phi, value in points]
-        more = {}
-        if options.smoothing is not None:
-            more["smoothing"] = options.smoothing
-        sh = kit.fitted(points, options.bands, progress=part, **more)
+        sh = operations.fit(options, part)
     _save(options.made, sh, os.path.basename(options.given))
 
 
@@ -411,6 +256,69 @@ def _view(options):
             raise ValueError("%s: no browser opens it" % made)
 
 
+def _part(text):
+    """K/N as (K, N)."""
+    first, parts = map(int, text.split("/"))
+    if not 1 <= first <= parts:
+        raise ValueError(text)
+    return first, parts
+
+
+_part.__name__ = "part K/N"
+
+
+def _batch_arguments(parser):
+    parser.add_argument("given", metavar="JOBS.jsonl")
+    parser.add_argument("--out", metavar="FOLDER",
+                        help="of the results; all but --check needs it")
+    parser.add_argument("--part", type=_part, default=(1, 1), metavar="K/N",
+                        help="every Nth job from the Kth on; all unless "
+                        "given")
+    parser.add_argument("--check", action="store_true",
+                        help="say what is wrong with the jobs, do nothing")
+    parser.add_argument("--any-fingerprint", action="store_true",
+                        help="take results of machines that round "
+                        "differently")
+
+
+def _batch(options):
+    found, wrong = jobs.read(options.given, with_files=options.check)
+    if wrong:
+        return _lines_of(options.given, wrong)
+    if options.check:
+        print "%d jobs" % len(found)
+        return 0
+    if options.out is None:
+        raise ValueError("%s: --out FOLDER says where the results belong"
+                         % options.given)
+    made, there, failed = batch(
+        found, options.given, options.out, options.part,
+        options.any_fingerprint)
+    print "%d made, %d there already, %d failed" % (made, there, failed)
+    return 1 if failed else 0
+
+
+def _lines_of(path, wrong):
+    """Print what is wrong with a file; the exit status."""
+    sys.stderr.write("".join("%s: %s\n" % (path, words) for words in wrong))
+    return 1
+
+
+def _join_arguments(parser):
+    parser.add_argument("given", metavar="FOLDER")
+    parser.add_argument("made", metavar="OUT.tar",
+                        help="or .f32: the coefficients of all sets; or "
+                        ".png: the picture whose slices the results are")
+    parser.add_argument("--any-fingerprint", action="store_true",
+                        help="take results of machines that round "
+                        "differently")
+
+
+def _join(options):
+    wrong = join(options.given, options.made, options.any_fingerprint)
+    return _lines_of(options.given, wrong) if wrong else 0
+
+
 COMMANDS = [
     Command("info", "say what a set is like",
             ["sky.json"], _info_arguments, _info),
@@ -443,4 +351,9 @@ COMMANDS = [
     Command("fit", "make a set of scattered points",
             ["points.csv field.json --bands 8 --degrees"],
             _fit_arguments, _fit),
+    Command("batch", "do the jobs of a file, or a part of them",
+            ["jobs.jsonl --check", "jobs.jsonl --out results --part 3/8"],
+            _batch_arguments, _batch),
+    Command("join", "put the results of a batch together",
+            ["results all.tar"], _join_arguments, _join),
 ]

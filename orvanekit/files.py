@@ -30,24 +30,29 @@ def save(path, sh, **notes):
         hold or a set that is not made of whole bands, 30 at most;
         TypeError: not a set; IOError, OSError
     """
-    sets = channels(sh)
+    channels(sh)
     try:
-        lists = [_lines(channel) for channel in sets]
-        head = [("format", _FORMAT), ("version", _VERSION),
-                ("bands", [bands(channel) for channel in sets][0]),
-                ("convention", _CONVENTION), ("notes", notes)]
-        text = "{\n" + "".join(" %s: %s,\n" % (
-            json.dumps(name), _dumped(value)) for name, value in head)
-        if len(lists) == 1:
-            text += ' "coefficients": %s\n}\n' % lists[0]
-        else:
-            if len(set(bands(channel) for channel in sets)) > 1:
-                raise ValueError("channels of different bands")
-            text += ' "coefficients": {\n%s\n }\n}\n' % ",\n".join(
-                ' "%s": %s' % pair for pair in zip(_CHANNELS, lists))
+        text = encoded(sh, notes)
     except (ValueError, TypeError) as error:
         raise ValueError("%s: %s" % (path, error))
     write_whole(path, text)
+
+
+def encoded(sh, notes):
+    """The text of a file: as save, notes a dictionary."""
+    sets = channels(sh)
+    if len(set(bands(channel) for channel in sets)) > 1:
+        raise ValueError("channels of different bands")
+    lists = [_lines(channel) for channel in sets]
+    head = [("format", _FORMAT), ("version", _VERSION),
+            ("bands", bands(sets[0])), ("convention", _CONVENTION),
+            ("notes", notes)]
+    text = "{\n" + "".join(" %s: %s,\n" % (
+        json.dumps(name), _dumped(value)) for name, value in head)
+    if len(lists) == 1:
+        return text + ' "coefficients": %s\n}\n' % lists[0]
+    return text + ' "coefficients": {\n%s\n }\n}\n' % ",\n".join(
+        ' "%s": %s' % pair for pair in zip(_CHANNELS, lists))
 
 
 def load(path):
@@ -114,13 +119,18 @@ def parsed(text):
 def write_whole(path, contents):
     """Write a file under a temporary name beside it, then rename it.
 
+    contents: the bytes, or a function that writes them into an open file
+
     Raises IOError, OSError; the file is then as it was
     """
     folder = os.path.dirname(os.path.abspath(path))
     number, temporary = tempfile.mkstemp(dir=folder, prefix=".orvanekit-")
     try:
         with os.fdopen(number, "wb") as opened:
-            opened.write(contents)
+            if callable(contents):
+                contents(opened)
+            else:
+                opened.write(contents)
             opened.flush()
             os.fsync(opened.fileno())
         if os.name == "nt":

@@ -2,9 +2,8 @@
 
 import math
 
-import _Orvane
-
 from . import png
+from .builders import builder
 from .colours import DIVERGING
 from .extremes import extremes
 from .sets import channels, coefficients, make_set
@@ -16,7 +15,7 @@ _GREATEST_WIDTH = 8192
 
 
 def map_picture(sh, width=512, height=None, colours="diverging", least=None,
-                greatest=None, gamma=1.0):
+                greatest=None, gamma=1.0, slices=1, index=0):
     """Draw a set as a map: phi to the right, theta downwards.
 
     A pixel stands for its upper left corner: row y is theta =
@@ -34,10 +33,12 @@ def map_picture(sh, width=512, height=None, colours="diverging", least=None,
         there is, with the diverging map by magnitude
     gamma: brightness is raised to 1 / gamma, 2.2 for light; not for the
         diverging map
+    slices, index: draw one of slices * slices equal parts of the map,
+        counted row by row from 0; both sizes are multiples of slices
 
     Returns the bytes of a PNG file
-    Raises TypeError for what is no set, ValueError for a size, a range or
-    colours that there are not.
+    Raises TypeError for what is no set, ValueError for a size, a range,
+    colours or a part that there are not.
     """
     if height is None:
         height = max(1, int(width) // 2)
@@ -45,8 +46,14 @@ def map_picture(sh, width=512, height=None, colours="diverging", least=None,
         if not 1 <= size <= _GREATEST_WIDTH:
             raise ValueError("a picture of %r x %r pixels; expected 1 to %d"
                              % (width, height, _GREATEST_WIDTH))
+    if (slices < 1 or width % slices or height % slices
+            or not 0 <= index < slices * slices):
+        raise ValueError("part %r of %r x %r of %d x %d pixels; expected a "
+                         "divisor of both and one of its parts" % (
+                             index, slices, slices, width, height))
     paint = _Paint(sh, colours, least, greatest, gamma)
-    return png.packed(width, height, paint.map(width, height), 3)
+    return png.packed(width // slices, height // slices,
+                      paint.map(width, height, slices, index), 3)
 
 
 def globe(sh, size=512, view=(math.pi / 2, 0.0), colours="diverging",
@@ -139,19 +146,25 @@ class _Paint(object):
                       for value in range(256)]
         self.tables = zip(*DIVERGING) if diverging else 3 * [brightness]
 
-    def map(self, width, height):
-        """The pixels of an equirectangular picture."""
-        builder = _Orvane.SHBuilder()
+    def map(self, width, height, slices=1, index=0):
+        """The pixels of an equirectangular picture, or of a part of it."""
         # A step of the tables at every column.
-        builder.GenerateLookUpTables(width * -(-_LEAST_STEPS // width))
-        builder.SetImageBuffer(width, height)
-        pixels = bytearray(3 * width * height)
+        drawing = builder(width * -(-_LEAST_STEPS // width))
+        drawing.SetImageBuffer(width, height)
+        across, down = width // slices, height // slices
+        first = index // slices * down * width + index % slices * across
+        pixels = bytearray(3 * across * down)
         image = ""
         for channel, table in enumerate(self.tables):
             if channel < len(self.sets):
-                builder.RenderSHToImageBuffer(
-                    self.sets[channel], self.scale, self.offset, 1, 0)
-                image = str(builder.GetImageBuffer())
+                drawing.RenderSHToImageBuffer(
+                    self.sets[channel], self.scale, self.offset, slices,
+                    index)
+                image = str(drawing.GetImageBuffer())
+                if slices > 1:
+                    image = "".join(
+                        image[row:row + across] for row in
+                        range(first, first + down * width, width))
             pixels[channel::3] = image.translate(str(bytearray(table)))
         return pixels
 

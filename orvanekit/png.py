@@ -21,6 +21,9 @@ _CHANNELS = {_GREY: 1, _COLOUR: 3, _PALETTE: 1, _GREY_ALPHA: 2,
              _COLOUR_ALPHA: 4}
 _BITS = {_GREY: (1, 2, 4, 8, 16), _PALETTE: (1, 2, 4, 8)}
 _FILTER_UP = b"\x02"  # a row is stored as its differences to the row above
+# Where the chunk after the header begins.
+_TEXT_AT = len(SIGNATURE) + _CHUNK.size + _HEADER.size + 4
+_KEYWORD = b"Comment\0"
 # No compressed byte stands for more than this many.
 _MOST_EXPANSION = 1032
 
@@ -109,6 +112,32 @@ def packed(width, height, pixels, channels, bits=8):
     return b"".join([SIGNATURE, _chunk(b"IHDR", header),
                      _chunk(b"IDAT", zlib.compress(bytes(filtered), 9)),
                      _chunk(b"IEND", b"")])
+
+
+def with_text(contents, text):
+    """A PNG file with a comment, which stands right after its header.
+
+    contents: the bytes of a file without one
+    text: Latin-1
+    """
+    return contents[:_TEXT_AT] + _chunk(
+        b"tEXt", _KEYWORD + text) + contents[_TEXT_AT:]
+
+
+def without_text(contents):
+    """The bytes of a file before with_text, and the text.
+
+    Raises ValueError where none is there or its check sum does not fit.
+    """
+    start = _TEXT_AT + _CHUNK.size
+    if contents[start - 4:start + len(_KEYWORD)] != b"tEXt" + _KEYWORD:
+        raise ValueError("no comment after the header")
+    end = start + _CHUNK.unpack(contents[_TEXT_AT:start])[0]
+    text = contents[start + len(_KEYWORD):end]
+    plain = contents[:_TEXT_AT] + contents[end + 4:]
+    if with_text(plain, text) != contents:
+        raise ValueError("the check sum of the comment does not fit")
+    return plain, text
 
 
 def _chunk(name, body):

@@ -36,7 +36,7 @@ def page():
     print "# orvanekit: what users do next with a set\n"
     print "(This page is made by `scripts/reference.sh` from the package's docstrings.)\n"
     print "```text\n%s\n```" % inspect.getdoc(orvanekit)
-    print "\nTasks, with pictures: [recipes](recipes.md)."
+    print "\nTasks, with pictures: [recipes](recipes.md). Many machines: [batches](farm.md)."
     for subject, names in SUBJECTS:
         print "\n## %s" % subject
         for name in names.split():

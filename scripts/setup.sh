@@ -23,7 +23,8 @@ checkPackages=(clang clang-format clang-tidy cppcheck)
 # named here is found, or missed with a message, by CMake.
 declare -A programs=([cmake]=cmake [ninja-build]=ninja [g++]=g++ [gcc]=gcc [make]=make [clang]=clang++
     [clang-format]=clang-format [clang-tidy]=clang-tidy [cppcheck]=cppcheck [valgrind]=valgrind
-    [gcovr]=gcovr [chromium]=chromium [chromium-driver]=chromedriver [wine]=wine
+    [gcovr]=gcovr [chromium]=chromium [chromium-driver]=chromedriver [wine]=wine [parallel]=parallel
+    [slurm-wlm]=slurmctld [munge]=munged [openssh-server]=sshd
     [g++-mingw-w64-x86-64-posix]=x86_64-w64-mingw32-g++-posix)
 
 Fail() {
