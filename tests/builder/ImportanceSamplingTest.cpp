@@ -98,32 +98,6 @@ TEST(ImportanceSampling, BandZeroIsWhatTheDensitiesSay)
     EXPECT_NEAR(sampled.Make(1.0, 2.0, 0.0).coefficients[0], expected, 1e-5 * expected);
 }
 
-TEST(ImportanceSampling, PointsWhereTheMeanIs)
-{
-    Sampled sampled(1024);
-    sampled.builder.GeneratePDFSamples(1, 40, 4000);
-    for (const double latitude : {0.5, 1.6, 2.6})
-        for (const double longitude : {0.0, 2.0, 6.0}) {
-            const SphericalHarmonic &set = sampled.Make(latitude, longitude, 0.2);
-            double highest = -1.0, bestTheta = 0.0, bestPhi = 0.0;
-            for (int cell = 0; cell < 80 * 160; ++cell) {
-                const int row = cell / 160;
-                const double theta = row * 0.039;
-                const double phi = (cell - row * 160) * 0.039;
-                const double value = sampled.builder.GetValueAtBand(set, phi, theta, 12);
-                if (value > highest) {
-                    highest = value;
-                    bestTheta = theta;
-                    bestPhi = phi;
-                }
-            }
-            const double cosine =
-                std::cos(bestTheta) * std::cos(latitude) +
-                std::sin(bestTheta) * std::sin(latitude) * std::cos(bestPhi - longitude);
-            EXPECT_GT(cosine, std::cos(0.1)) << latitude << ", " << longitude;
-        }
-}
-
 TEST(ImportanceSampling, HasTheShapeOfTheProjectedGaussian)
 {
     // Where the leaves fit the cloud well, its densities make the projected Gaussian, lower by the

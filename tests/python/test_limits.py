@@ -4,11 +4,15 @@ the sources raise is on the page."""
 import glob
 import os
 import re
+import sys
 import unittest
 
-from support import HOST, OBJECT_ALLOCATION, OrvaneTest
+import _Orvane
 
-PAGE = open("docs/limits-and-errors.md").read()
+from support import HOST, OBJECT_ALLOCATION, OrvaneTest, host_totals
+
+PAGE_NAME = "docs/limits-and-errors.md"
+PAGE = open(PAGE_NAME).read()
 SETUP, = re.findall(r"^```python\n(.*?)^```", PAGE, re.MULTILINE | re.DOTALL)
 SECTIONS = dict(part.split("\n", 1) for part in PAGE.split("\n## ")[1:])
 NATIVE = SECTIONS.pop("Not from a script's doing")
@@ -43,27 +47,35 @@ def pattern(text):
 
 class LimitsTest(OrvaneTest):
     def check(self, script, expected, refuse_memory=False):
-        """Runs `script` after the page's first lines; `expected` is "Type: text"."""
+        """Runs `script` often after the page's first lines; `expected` is "Type: text"."""
         names = {}
         exec SETUP in names
         builder, sh = names["builder"], names["sh"]
+        watched = names.values() + [None, _Orvane.SphericalHarmonic, _Orvane.SHBuilder, buffer]
 
         def state():
             return (builder.numSteps, str(builder.GetImageBuffer()), str(sh.GetAsBuffer()),
                     str(builder.CreateLatitudeSH(3).GetAsBuffer()),
                     str(builder.CreateImportanceSampledGaussSH(1.0, 2.0, 0.4).GetAsBuffer()))
 
-        before = state()
-        if refuse_memory:
-            HOST.TeskFailAllocation(OBJECT_ALLOCATION, 1)
-        try:
-            exec script in names
-        except Exception as error:
-            found = ("%s: %s" % (type(error).__name__, error)).rstrip(": ")
-        else:
-            found = "nothing"
-        self.assertEqual(found, expected, script)
+        before, code, found = state(), compile(script, PAGE_NAME, "exec"), set()
+        counts, totals = map(sys.getrefcount, watched), host_totals()
+        for _ in range(30):
+            if refuse_memory:
+                HOST.TeskFailAllocation(OBJECT_ALLOCATION, 1)
+            try:
+                exec code in names
+            except Exception as error:
+                found.add(("%s: %s" % (type(error).__name__, error)).rstrip(": "))
+            else:
+                found.add("nothing")
+        sys.exc_clear()
+        error = None
+        self.assertEqual(found, set([expected]), script)
         self.assertTrue(state() == before, script)
+        self.assertEqual(host_totals(), totals, script)
+        for one, other in zip(counts, map(sys.getrefcount, watched)):
+            self.assertLess(abs(one - other), 10, script)  # the loop's own
 
     def test_every_line_raises_what_it_says(self):
         lines = 0
