@@ -1,13 +1,10 @@
 """Picture files against bytes written by hand, other programs' tools, and damage."""
 
-import distutils.spawn
 import math
 import os
 import random
-import re
 import shutil
 import struct
-import subprocess
 import tempfile
 import unittest
 import zlib
@@ -242,34 +239,6 @@ class WriteTest(Folder):
                     self.assertEqual([round(value, 12) for value in found[channel]],
                                      [min(max(value, 0), 1) for value in expected])
 
-    def test_other_programs_read_it(self):
-        """Debian's netpbm and ImageMagick, where they are at hand."""
-        random.seed(3)
-        values = tuple([random.random() for _ in range(70)] for _ in range(3))
-        plain = os.path.join(self.folder, "plain.ppm")
-        for tool, name, bits in ((["pngtopnm"], "a.png", 8), (["pngtopnm"], "a.png", 16),
-                                 (["pfmtopam", "-maxval=65535"], "a.pfm", None),
-                                 (["convert", "-", "-set", "colorspace", "sRGB", "-depth", "16",
-                                   "ppm:-"], "a.hdr", None),
-                                 (["convert", "-", "-set", "colorspace", "RGB", "hdr:-"],
-                                  "b.ppm", 8),
-                                 (["convert", "-", "-quality", "95", "png:-"], "b.ppm", 8)):
-            if not distutils.spawn.find_executable(tool[0]):
-                continue
-            path = os.path.join(self.folder, name)
-            write_image(path, 10, 7, values, bits)
-            if tool[0] == "pfmtopam":
-                tool = ["sh", "-c", "pfmtopam -maxval=65535 - | pamtopnm"]
-            with open(path, "rb") as given, open(plain, "wb") as made:
-                if subprocess.call(tool, stdin=given, stdout=made):
-                    continue
-            found = read_image(plain, True)
-            self.assertEqual(found[:2], (10, 7))
-            for one, other in zip(values, found[2]):
-                for a, b in zip(one, other):
-                    self.assertTrue(abs(a - b) < (2e-5 if bits == 16 or name == "a.pfm" else .01),
-                                    (tool, a, b))
-
     def test_what_is_refused(self):
         nan = float("nan")
         for name, values, bits, words in (
@@ -287,41 +256,28 @@ class WriteTest(Folder):
         self.assertEqual(os.listdir(self.folder), [])
 
 
+def with_sums(contents):
+    """A PNG file's chunks, as far as they can be told apart, with sums that fit."""
+    result, at = PNG_START, len(PNG_START)
+    while at + 12 <= len(contents):
+        length, name = struct.unpack(">I4s", contents[at:at + 8])
+        result += chunk(name, contents[at + 8:at + 8 + length])
+        at += length + 12
+    return result
+
+
 def damaged(contents):
-    """The bytes changed at one to three places; half of all PNG chunks get sums that fit."""
+    """The bytes changed at one to three places; half of all PNG files get sums that fit."""
     result = bytearray(contents)
     for _ in range(random.randint(1, 3)):
         at = random.randrange(len(result)) if random.random() < .5 else random.randrange(
             min(len(result), 90))
-        how = random.randrange(5)
-        if how == 0:
-            result[at] ^= 1 << random.randrange(8)
-        elif how == 1:
-            result[at] = random.choice((0, 1, 2, 9, 32, 45, 48, 57, 127, 128, 255))
-        elif how == 2:
-            del result[at:at + random.randint(1, 9)]
-        elif how == 3:
-            result[at:at] = bytearray(random.choice(
-                (b"9", b"999", b" ", b"-", b"\n", b"\1\1\1\xff")))
-        else:
-            result[at:at] = result[at:at + random.randint(1, 40)]
-        if not result:
-            break
-    if contents.startswith(PNG_START) and random.random() < .5:
-        body = bytearray(contents)
-        begin, length = random.choice([(found.end(), struct.unpack(">I", contents[
-            found.start() - 4:found.start()])[0]) for found in re.finditer(
-                b"IHDR|PLTE|IDAT", contents)])
-        if random.random() < .5 and contents[begin - 4:begin] == b"IDAT":
-            rows = bytearray(zlib.decompress(contents[begin:begin + length]))
-            rows[random.randrange(len(rows))] = random.randrange(256)
-            fresh = zlib.compress(bytes(rows[:random.randint(1, len(rows))]))
-        else:
-            fresh = body[begin:begin + length]
-            fresh[random.randrange(length)] = random.randrange(256)
-        result = (body[:begin - 8] + chunk(contents[begin - 4:begin], bytes(fresh))
-                  + body[begin + length + 4:])
-    return bytes(result)
+        removed = random.choice((0, 1, 1, 1, 9))
+        result[at:at + removed] = random.choice(
+            (b"", b"\0", b"\x7f", b"\xff", b"9", b"999", b" ", b"-", b"\n", b"\1\1\1\xff",
+             bytes(result[at:at + 20])))
+    result = bytes(result)
+    return with_sums(result) if contents.startswith(PNG_START) and random.random() < .5 else result
 
 
 class LimitedMemory(object):
