@@ -175,7 +175,7 @@ TEST(Projection, WithoutBandsOrSamplesReadsNoTable)
     EXPECT_EQ(Values(set), (std::vector<float>{0.28209479177387814f * 3.5f, 0, 0, 0}));
 }
 
-TEST(ProjectionFunctions, AtTellingPoints)
+TEST(ProjectionFunctions, HaveTheirKnownValues)
 {
     BuilderCase model(1000);
     const SHBuilder &builder = model.builder;

@@ -10,11 +10,7 @@ import unittest
 import zlib
 
 from orvanekit import read_image, write_image
-
-try:
-    import resource
-except ImportError:
-    resource = None  # not on Windows
+from memory import LimitedMemory
 
 PNG_START = b"\x89PNG\r\n\x1a\n"
 HDR_START = b"#?RADIANCE\n# by hand\nFORMAT=32-bit_rle_rgbe\n\n"
@@ -278,27 +274,6 @@ def damaged(contents):
              bytes(result[at:at + 20])))
     result = bytes(result)
     return with_sums(result) if contents.startswith(PNG_START) and random.random() < .5 else result
-
-
-class LimitedMemory(object):
-    """Lets the process ask for no more than this many bytes beyond what it has."""
-
-    def __init__(self, more):
-        self.more = more
-
-    def __enter__(self):
-        self.before = None
-        if resource and os.path.exists("/proc/self/statm"):
-            with open("/proc/self/statm") as statm:
-                has = int(statm.read().split()[0]) * resource.getpagesize()
-            # A sanitizer has reserved more than there is.
-            if has < 1 << 40:
-                self.before = resource.getrlimit(resource.RLIMIT_AS)
-                resource.setrlimit(resource.RLIMIT_AS, (has + self.more, self.before[1]))
-
-    def __exit__(self, *_):
-        if self.before:
-            resource.setrlimit(resource.RLIMIT_AS, self.before)
 
 
 class DamageTest(Folder):

@@ -12,7 +12,12 @@ import weakref
 
 import _Orvane
 
-from support import MODULE_FOLDER, OrvaneTest, host_totals
+from support import HOST, MODULE_FOLDER, OrvaneTest, host_totals
+
+
+LEAK = """import _Orvane, ctypes
+ctypes.pythonapi.Py_IncRef(ctypes.py_object(_Orvane.SHBuilder()))
+"""
 
 
 class Float(object):
@@ -175,9 +180,13 @@ class TeskRunTest(unittest.TestCase):
                  "circle = [_Orvane.SphericalHarmonic()]\n"
                  "circle.append(circle)\n"
                  "atexit.register(lambda: circle[0].Clean())\n", 0),
-                # A reference too many is one.
-                ("import _Orvane, ctypes\n"
-                 "ctypes.pythonapi.Py_IncRef(ctypes.py_object(_Orvane.SHBuilder()))\n", 1)]:
+                # A reference too many is one, and so is an assertion.
+                (LEAK, 1), (LEAK + "import sys; sys.exit()", 1), (LEAK + "exit(5)", 5),
+                ("import ctypes\n"
+                 "text = ctypes.pythonapi.Py_GetVersion\n"
+                 "text.restype = ctypes.c_void_p\n"
+                 "fail = ctypes.CDLL(%r)._ZN15VEXAssertHelper6HandleEPKcS1_i\n"
+                 "fail(None, *[ctypes.c_void_p(text())] * 2 + [7])\n" % HOST._name, 1)]:
             status, _, errors = self.run_script(text)
             self.assertEqual(status, expected, text + errors)
             self.assertIn("\ntotal: " if "import _Orvane" in text else "total: ", errors)

@@ -9,6 +9,9 @@ import unittest
 
 import _Orvane
 
+sys.path.insert(0, "tests/kit")
+
+from memory import LimitedMemory
 from support import HOST, OBJECT_ALLOCATION, OrvaneTest, host_totals
 
 PAGE_NAME = "docs/limits-and-errors.md"
@@ -92,6 +95,25 @@ class LimitsTest(OrvaneTest):
                 lines += 1
         self.assertEqual(lines, PAGE.count("Error: ") + PAGE.count("`MemoryError` |")
                          - PAGE.count("On Windows, "))
+
+    def test_limits_themselves_are_legal(self):
+        """Each is taken, if only to find that there is not as much memory."""
+        scripts = ["builder.SetImageBuffer(2147483647, 1)"]
+        for _, limit, beyond, _ in table_rows(SECTIONS["Limits"]):
+            limit = int(limit.replace(",", ""))
+            if str(limit + 1) in beyond:
+                scripts.append(beyond.strip("`").replace(str(limit + 1), str(limit)))
+        self.assertGreater(len(scripts), 10)
+        names = {}
+        exec SETUP in names
+        for script in scripts:
+            with LimitedMemory(200 << 20) as limited:
+                if not limited:
+                    self.skipTest("a machine's whole memory would be taken")
+                try:
+                    exec script in names
+                except (MemoryError, TypeError):  # a TypeError: the buffer is of another size
+                    sys.exc_clear()
 
     def test_every_text_of_the_sources_is_on_the_page(self):
         shown = re.findall(r"`(?:\w+Error: )?([^`\n]*)`", PAGE)

@@ -17,7 +17,7 @@ protected:
     Listener a{'a', log}, b{'b', log}, c{'c', log};
 };
 
-TEST_F(WeakReferences, AreToldLastRegisteredFirstEachOffTheListAlready)
+TEST_F(WeakReferences, AreToldInReverseOrderOfRegistration)
 {
     Object *const object = new Object;
     size_t left = 3;
