@@ -186,6 +186,9 @@ TEST(ProjectionFunctions, HaveTheirKnownValues)
     }
     EXPECT_NEAR(builder.GaussProjectionFunc(0.0, 0.0, 0.1), 1.0, 1e-15);
     EXPECT_EQ(builder.GaussProjectionFunc(0.0, 0.51, 0.1), 0.0);
+    const literal::Function longitude = literal::Longitude(model.tables);
+    for (double theta = 0.0; theta < pi; theta += 0.01)
+        EXPECT_EQ(builder.LongtitudeProjectionFunc(1.5, theta), longitude(1.5, theta));
     for (const double angle : {infinity, -infinity, std::nan("")}) {
         EXPECT_THROW(builder.LatitudeProjectionFunc(0.0, angle), std::invalid_argument);
         EXPECT_THROW(builder.LongtitudeProjectionFunc(angle, 0.0), std::invalid_argument);

@@ -148,6 +148,10 @@ TEST(ImportanceSampling, AddsToCoefficientsThatAreThere)
     sampled.builder.CreateImportanceSampledGaussSH(*set, 1.0, 1.0, 0.1);
     EXPECT_EQ(set->coefficients[0], static_cast<float>(K0 * fourPi) + 1.0f);
     EXPECT_EQ(set->coefficients[1], sampled.Make(1.0, 1.0, 0.1).coefficients[1]);
+    // A start of -0 counts as 0, also where nothing but -0 is added: sines of 0.
+    const auto zeros = MakeSet(30, std::vector<float>(900, -0.0f));
+    sampled.builder.CreateImportanceSampledGaussSH(*zeros, 1.0, 0.0, 0.0);
+    EXPECT_TRUE(SameBits(zeros->coefficients, sampled.Make(1.0, 0.0, 0.0).coefficients));
 }
 
 } // namespace

@@ -164,17 +164,6 @@ class FailureTest(WorldTest):
         self.assertEqual(self.world.set.numBands, 2)
 
 
-class SilentSuccessTest(OrvaneTest):
-    def test_an_object_that_is_none_is_reported_once(self):
-        world = {"b": _Orvane.SHBuilder(), "sh": _Orvane.SphericalHarmonic()}
-        HOST.HostForgetLog()
-        HOST.HostExpect("TeskCreateInstance", GIVES_NOTHING, 1)
-        self.assertRaises(RuntimeError, world["b"].CopySH, world["sh"])
-        HOST.HostObey()
-        self.assertEqual(HOST.HostLog().count("VEXAssertHelper::Handle this->p\n"), 1)
-        HOST.TeskResetReport()
-
-
 LOAD = """
 import ctypes, sys
 host = ctypes.CDLL(None)

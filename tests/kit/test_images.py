@@ -1,16 +1,13 @@
-"""Picture files against bytes written by hand, other programs' tools, and damage."""
+"""Picture files against bytes written by hand, and damage."""
 
-import math
 import os
 import random
-import shutil
 import struct
-import tempfile
 import unittest
 import zlib
 
+from fixtures import FolderTest, LimitedMemory
 from orvanekit import read_image, write_image
-from memory import LimitedMemory
 
 PNG_START = b"\x89PNG\r\n\x1a\n"
 HDR_START = b"#?RADIANCE\n# by hand\nFORMAT=32-bit_rle_rgbe\n\n"
@@ -131,29 +128,14 @@ REFUSED = [
 ]
 
 
-class Folder(unittest.TestCase):
-    """A folder for the files of each test."""
-
-    def setUp(self):
-        self.folder = tempfile.mkdtemp()
-        self.addCleanup(shutil.rmtree, self.folder)
-        self.path = os.path.join(self.folder, "picture")
-
-    def read(self, contents, colour=False):
-        with open(self.path, "wb") as opened:
-            opened.write(contents)
+class ImageTest(FolderTest):
+    def read_back(self, contents, colour=False):
+        self.write("picture", contents)
         try:
-            return read_image(self.path, colour)
+            return read_image("picture", colour)
         finally:
             # Some file systems wait for the disk where a file is written over.
-            os.remove(self.path)
-
-    def refusal(self, function, *arguments):
-        """The message of the ValueError, or None where there is none."""
-        try:
-            function(*arguments)
-        except ValueError as error:
-            return str(error)
+            os.remove("picture")
 
 
 def nearly(one, other):
@@ -161,17 +143,17 @@ def nearly(one, other):
         abs(a - b) <= 1e-12 * abs(b) for a, b in zip(one, other))
 
 
-class ReadTest(Folder):
+class ReadTest(ImageTest):
     def test_bytes_written_by_hand(self):
         for name, contents, width, height, pixels in BY_HAND:
             in_colour = [pixel if isinstance(pixel, tuple) else 3 * (pixel,) for pixel in pixels]
-            found = self.read(contents, True)
+            found = self.read_back(contents, True)
             self.assertEqual(found[:2], (width, height), name)
             for channel in range(3):
                 self.assertTrue(nearly(found[2][channel], [each[channel] for each in in_colour]),
                                 (name, found))
             grey = [.2126 * r + .7152 * g + .0722 * b for r, g, b in in_colour]
-            self.assertTrue(nearly(self.read(contents)[2], grey), name)
+            self.assertTrue(nearly(self.read_back(contents)[2], grey), name)
 
     def test_filters_of_png(self):
         random.seed(7)
@@ -181,7 +163,7 @@ class ReadTest(Folder):
                 pixels = [random.choice((0, 255, random.randrange(256)))
                           for _ in range(7 * 5 * size)]
                 contents = png(7, 5, bits, kind, filtered_rows(pixels, 7 * size, size, kinds))
-                found = self.read(contents, True)[2]
+                found = self.read_back(contents, True)[2]
                 for channel in range(3):
                     at = channel % channels * bits // 8
                     expected = [value / 255. for value in pixels[at::size]]
@@ -192,25 +174,20 @@ class ReadTest(Folder):
 
     def test_what_is_refused(self):
         for contents, words in REFUSED:
-            message = self.refusal(self.read, contents)
-            self.assertTrue(message and message.startswith("%s: %s" % (self.path, words)),
-                            (words, message))
+            self.refuses(ValueError, "^picture: " + words, self.read_back, contents)
 
     def test_pieces_of_a_file_are_refused(self):
         for name, contents, _, _, _ in BY_HAND:
             for length in range(len(contents)):
-                message = self.refusal(self.read, contents[:length])
-                self.assertTrue(message and message.startswith(self.path + ": "), (name, length))
+                self.refuses(ValueError, "^picture: ", self.read_back, contents[:length])
 
 
-class WriteTest(Folder):
+class WriteTest(ImageTest):
     VALUES = [0, .2, .4, 1, -.5, 7]
 
     def written(self, name, values, width=3, bits=None):
-        path = os.path.join(self.folder, name)
-        write_image(path, width, len(self.VALUES) // width, values, bits)
-        with open(path, "rb") as opened:
-            return opened.read()
+        write_image(name, width, len(self.VALUES) // width, values, bits)
+        return self.read(name)
 
     def test_bytes(self):
         self.assertEqual(self.written("a.pgm", self.VALUES), b"P5\n3 2\n255\n\0\x33\x66\xff\0\xff")
@@ -228,8 +205,7 @@ class WriteTest(Folder):
         for bits in (8, 16):
             for values in (self.VALUES, (self.VALUES, self.VALUES[::-1], 6 * [.6])):
                 self.written("a.png", values, bits=bits)
-                path = os.path.join(self.folder, "a.png")
-                _, _, found = read_image(path, True)
+                _, _, found = read_image("a.png", True)
                 for channel, expected in enumerate(
                         values if isinstance(values, tuple) else 3 * [values]):
                     self.assertEqual([round(value, 12) for value in found[channel]],
@@ -246,10 +222,9 @@ class WriteTest(Folder):
                 ("a.png", ([0, 0], [0, 0]), None, "2 channels; expected 1 or 3"),
                 ("a.hdr", [0, 1e39], None, "a pixel of "),
                 ("a.hdr", [0, nan], None, "a pixel of ")):
-            path = os.path.join(self.folder, name)
-            message = self.refusal(write_image, path, 2, 1, values, bits)
-            self.assertTrue(message and message.startswith("%s: %s" % (path, words)), message)
-        self.assertEqual(os.listdir(self.folder), [])
+            self.refuses(ValueError, "^%s: %s" % (name, words), write_image, name, 2, 1, values,
+                         bits)
+        self.assertEqual(os.listdir("."), [])
 
 
 def with_sums(contents):
@@ -276,8 +251,8 @@ def damaged(contents):
     return with_sums(result) if contents.startswith(PNG_START) and random.random() < .5 else result
 
 
-class DamageTest(Folder):
-    TIMES = 2000
+class DamageTest(ImageTest):
+    TIMES = 400
 
     def test_damaged_files_are_refused_or_read(self):
         formats = {}
@@ -291,9 +266,9 @@ class DamageTest(Folder):
                 for time in range(self.TIMES):
                     contents = damaged(files[time % len(files)])
                     try:
-                        width, height, values = self.read(contents)
+                        width, height, values = self.read_back(contents)
                     except ValueError as error:
-                        self.assertTrue(str(error).startswith(self.path + ": "), error)
+                        self.assertTrue(str(error).startswith("picture: "), error)
                         refused += 1
                     else:
                         self.assertEqual(len(values), width * height)

@@ -7,6 +7,7 @@ import unittest
 
 import _Orvane
 import orvanekit as kit
+from fixtures import KitTest
 from orvanekit import grids
 
 PI = math.pi
@@ -64,17 +65,6 @@ def differs(a, b):
     a, b = kit.coefficients(a), kit.coefficients(b)
     assert len(a) == len(b)
     return max(abs(p - q) for p, q in zip(a, b)) / max(map(abs, a))
-
-
-class KitTest(unittest.TestCase):
-    def refuses(self, error, words, function, *arguments, **more):
-        try:
-            result = function(*arguments, **more)
-        except error as caught:
-            for word in words.split("|"):
-                self.assertIn(word, str(caught))
-        else:
-            self.fail("%r gave %r" % (arguments, result))
 
 
 class SetsTest(KitTest):

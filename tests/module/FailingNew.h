@@ -6,9 +6,9 @@
 
 namespace failing_new {
 
-/// Makes the n-th allocation from now fail, once; 0 takes the order back.
+/// Makes the n-th allocation from now fail, once; with 0 none fails.
 void Fail(std::int64_t n);
-/// True while the allocation that was to fail has not come yet.
+/// Whether that allocation is still to be made.
 bool IsPending();
 
 } // namespace failing_new

@@ -11,7 +11,7 @@ import _Orvane
 
 sys.path.insert(0, "tests/kit")
 
-from memory import LimitedMemory
+from fixtures import LimitedMemory
 from support import HOST, OBJECT_ALLOCATION, OrvaneTest, host_totals
 
 PAGE_NAME = "docs/limits-and-errors.md"

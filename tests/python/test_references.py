@@ -8,7 +8,7 @@ import _Orvane
 
 from support import HOST, METHODS, OBJECT_ALLOCATION, WorldTest, host_totals
 
-CALLS = 100  # well above what the loop itself may leave
+CALLS = 40  # well above what the loop itself may leave
 
 
 class Unconvertible(object):
