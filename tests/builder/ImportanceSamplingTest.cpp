@@ -137,6 +137,10 @@ TEST(ImportanceSampling, WithoutSamplesGivesNaNAndReadsNoTable)
     EXPECT_THROW(sampled.Make(1.0, 1.0, 0.1), orvane::NotReady);
     sampled.builder.GenerateLookUpTables(16);
     expectRefusals();
+    // Finite numbers that place points beyond all bounds.
+    sampled.builder.GeneratePDFSamples(1, 0, 50);
+    for (const auto &[latitude, longitude] : {std::pair{1e308, 0.0}, {0.0, 1e308}, {-1e308, 0.0}})
+        EXPECT_THROW(sampled.Make(latitude, longitude, 1.7e308), std::invalid_argument);
     EXPECT_EQ(sampled.set.coefficients.size(), 0u);
 }
 
