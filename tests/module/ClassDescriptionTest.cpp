@@ -1,5 +1,4 @@
 #include "orvane/builder/SHBuilder.h"
-#include "orvane/module/Module.h"
 #include "orvane/module/SHBuilderTable.h"
 #include "orvane/module/SphericalHarmonicTable.h"
 #include "tests/module/Interpreter.h"
@@ -104,17 +103,6 @@ TEST(ClassDescription, HoldsIdentityAndInterfaces)
         EXPECT_EQ(descriptor->counterA, 0);
         EXPECT_EQ(descriptor->counterB, 0);
         EXPECT_EQ(descriptor->reserved1, nullptr);
-    }
-}
-
-TEST(ClassDescription, IsRegisteredBuilderFirst)
-{
-    const auto &registrations = ClassRegistrations();
-    ASSERT_EQ(registrations.size(), 2u);
-    for (int i = 0; i < 2; ++i) {
-        EXPECT_EQ(registrations[i].descriptor, descriptors[i]);
-        EXPECT_NE(registrations[i].factory, nullptr);
-        EXPECT_EQ(registrations[i].reserved, 0u);
     }
 }
 
