@@ -85,6 +85,25 @@ TEST(ImportanceSampling, HasTheBitsOfTheLiteralTreeAndLoop)
     }
 }
 
+// One point, which is the mean.
+TEST(ImportanceSampling, ReadsTheTablesAtTheAnglesInDoublePrecision)
+{
+    Sampled sampled(1000);
+    sampled.builder.GeneratePDFSamples(1, 0, 1);
+    const literal::PdfSamples pdf = literal::GeneratePdfSamples(1, 0, 1);
+    for (const int step : {1, 7, 100, 333, 499}) {
+        const double edge = sampled.EdgeOf(step);
+        const double below = std::nextafter(edge, 0.0);
+        for (const auto &[latitude, longitude] : {std::pair{edge, below}, {below, edge}})
+            EXPECT_TRUE(sampled.Gives(
+                literal::ImportanceSampledGauss(sampled.tables, pdf, latitude, longitude, 0.0),
+                [&, latitude = latitude, longitude = longitude] {
+                    sampled.Make(latitude, longitude, 0.0);
+                }))
+                << step;
+    }
+}
+
 TEST(ImportanceSampling, BandZeroIsWhatTheDensitiesSay)
 {
     // Without deviation all offsets share one leaf: its area a comes in as a / count for each

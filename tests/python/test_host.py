@@ -198,9 +198,17 @@ class TeskRunTest(unittest.TestCase):
             self.assertEqual(process.returncode, 2)
 
     def test_script_surroundings(self):
+        """The script's folder comes first, then the module's; its name has no owner too many."""
         status, output, errors = self.run_script(
-            "import sys, _Orvane; print __name__, sys.argv == [__file__, 'a', 'b']", "a", "b")
-        self.assertEqual((status, output), (0, "__main__ True\n"), errors)
+            "import os, sys, _Orvane\n"
+            "print __name__, sys.argv == [__file__, 'a', 'b']\n"
+            "print [os.path.realpath(path) for path in sys.path[:2]] == map(\n"
+            "    os.path.realpath, map(os.path.dirname, (__file__, _Orvane.__file__)))\n"
+            "import atexit\n"
+            "def count():\n"
+            "    print sys.getrefcount(__file__)\n"
+            "atexit.register(count)\n", "a", "b")
+        self.assertEqual((status, output), (0, "__main__ True\nTrue\n2\n"), errors)
 
 
 if __name__ == "__main__":
