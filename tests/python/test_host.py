@@ -1,4 +1,4 @@
-"""What the host adds to the module: wrappers, types, attributes, conversion of numbers, tesk-run."""
+"""What the host adds to the module: wrappers, types, attributes, numbers, tesk-run."""
 
 import copy
 import gc
