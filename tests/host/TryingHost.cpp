@@ -133,7 +133,8 @@ void *VEXMallocWithTracking(size_t bytes, const char *tag, const char *file, int
     static const auto next = Next(&VEXMallocWithTracking);
     if (OrderFor("VEXMallocWithTracking", tag) != HostObeys)
         throw std::bad_alloc();
-    return next(bytes, tag, file, line);
+    void *const memory = next(bytes, tag, file, line);
+    return memory;
 }
 
 void VEXFreeWithTracking(void *memory)
@@ -234,7 +235,8 @@ PyObject *PyThunkLeave(PyObject *result)
 {
     static const auto next = Next(&PyThunkLeave);
     OrderFor("PyThunkLeave");
-    return next(result);
+    PyObject *const passedOn = next(result);
+    return passedOn;
 }
 
 namespace {
