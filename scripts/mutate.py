@@ -14,6 +14,7 @@ survivors, after tests have been added.
 import argparse
 import collections
 import concurrent.futures
+import itertools
 import json
 import os
 import pathlib
@@ -45,9 +46,8 @@ HIDDEN = re.compile(
 
 COMPARISONS = {"<": ("<=", ">="), "<=": ("<", ">"), ">": (">=", "<="), ">=": (">", "<"),
                "==": ("!=",), "!=": ("==",)}
-OPERATORS = {"+": "-", "-": "+", "*": "/", "/": "*", "%": "/", "&&": "||", "||": "&&", "&": "|",
-             "|": "&", "<<": ">>", ">>": "<<", "+=": "-=", "-=": "+=", "*=": "/=", "/=": "*=",
-             "|=": "&=", "&=": "|="}
+OPERATORS = dict(zip("+ - * / % && || & | << >> += -= *= /= |= &=".split(),
+                     "- + / * / || && | & >> << -= += /= *= &= |=".split()))
 STATEMENT = re.compile(
     r"(if \(|throw\b|break$|continue$|return$|delete\b|(\+\+|--|\*)?[A-Za-z_][\w:.\[\]<>()*-]*"
     r"\s*([-+*/|&]?=|\())")
@@ -55,43 +55,34 @@ DECLARATION = re.compile(r"(return .*|(using|typedef|friend|constexpr|else)\b.*|
                          r"[^=]*\) (const )?(=|override|noexcept)\b.*)$", re.S)
 
 
-def comparisons(code):
-    for match in re.finditer(r"(?<= )([<>=!]=|[<>])(?= )", code):
-        for new in COMPARISONS[match[0]]:
-            yield match.start(), match.end(), new
+def numbers(old):
+    """What to put in a constant's place."""
+    if old in ("true", "false"):
+        return ["false" if old == "true" else "true"]
+    if old.isdigit():
+        return [str(int(old) + 1)] + [str(int(old) - 1)] * (old != "0")
+    digits = old.replace("'", "")
+    value = int(digits, 16) if digits.startswith("0x") else float(digits.rstrip("f"))
+    return ["(2 * %s)" % old if value else "1.0"]
 
 
-def operators(code):
-    for match in re.finditer(r"(?<= )([-+*/%|&]|&&|\|\||<<|>>|[-+*/|&]=)(?=\s)", code):
-        yield match.start(), match.end(), OPERATORS[match[0]]
-    for match in re.finditer(r"\+\+|--(?!>)", code):
-        yield match.start(), match.end(), {"++": "--", "--": "++"}[match[0]]
-    for match in re.finditer(r"(?<=[(,\s])[-!](?=[\w(])", code):
-        yield match.start(), match.end(), ""
+# Kind, where it is found, what may stand there instead.
+WORDS = [
+    ("comparison", r"(?<= )([<>=!]=|[<>])(?= )", COMPARISONS.get),
+    ("operator", r"(?<= )([-+*/%|&]|&&|\|\||<<|>>|[-+*/|&]=)(?=\s)", lambda old: [OPERATORS[old]]),
+    ("operator", r"\+\+|--(?!>)", lambda old: ["--" if old == "++" else "++"]),
+    ("operator", r"(?<=[(,\s])[-!](?=[\w(])", lambda old: [""]),
+    ("constant", r"(?<![\w.])(0x[\da-fA-F]+|\d[\d']*(\.\d*)?(e[-+]?\d+)?f?|true|false)(?![\w.])",
+     numbers),
+    ("rounding", r"\b(float|double)\b(?! \w+\()",
+     lambda old: ["double" if old == "float" else "float"])]
 
 
-def constants(code):
-    number = r"(?<![\w.])(0x[\da-fA-F]+|\d[\d']*(\.\d*)?(e[-+]?\d+)?f?|true|false)(?![\w.])"
-    for match in re.finditer(number, code):
-        old = match[0]
-        if old in ("true", "false"):
-            news = ("false" if old == "true" else "true",)
-        elif old.isdigit():
-            news = [str(int(old) + 1)] + [str(int(old) - 1)] * (old != "0")
-        else:
-            news = ("1.0",) if float.fromhex("0") == _value(old) else ("(2 * %s)" % old,)
-        for new in news:
-            yield match.start(), match.end(), new
-
-
-def _value(literal):
-    literal = literal.replace("'", "")
-    return int(literal, 16) if literal.startswith("0x") else float(literal.rstrip("f"))
-
-
-def roundings(code):
-    for match in re.finditer(r"\b(float|double)\b(?! \w+\()", code):
-        yield match.start(), match.end(), {"float": "double", "double": "float"}[match[0]]
+def words(code):
+    for kind, pattern, news in WORDS:
+        for match in re.finditer(pattern, code):
+            for new in news(match[0]):
+                yield kind, match.start(), match.end(), new
 
 
 def statements(code):
@@ -103,7 +94,7 @@ def statements(code):
             begin = start + len(text) - len(text.lstrip())
             text = text.strip()
             if STATEMENT.match(text) and not DECLARATION.match(text):
-                yield begin, match.start(), ""
+                yield "statement", begin, match.start(), ""
         if match[0] in ";{}" and depth == 0:
             start = match.end()
 
@@ -125,27 +116,21 @@ def arguments(code):
             a += len(code[a:b]) - len(code[a:b].lstrip())
             one, two = code[a:b].strip(), code[c:d].strip()
             if one and two and one != two and not re.search(r"\w[\w>] [*&]*\w+( =.*)?$", one):
-                yield a, d, two + ", " + one
-
-
-KINDS = {"comparison": comparisons, "operator": operators, "constant": constants,
-         "rounding": roundings, "statement": statements, "argument": arguments}
+                yield "argument", a, d, two + ", " + one
 
 
 def faults_of(path):
     source = (PROJECT / path).read_text()
     code = HIDDEN.sub(lambda hidden: re.sub(r"[^\n]", " ", hidden[0]), source)
     seen = collections.Counter()
-    for kind, find in KINDS.items():
-        for start, end, text in find(code):
-            if kind == "argument" and code[start:end] != source[start:end]:
-                continue  # a text among them
-            low = source.rfind("\n", 0, start) + 1
-            high = source.find("\n", end)
-            before = " ".join(source[low:high].split())
-            after = " ".join((source[low:start] + text + source[end:high]).split())
-            seen[before, after] += 1
-            yield Fault(path, start, end, text, kind, before, after, seen[before, after])
+    for kind, start, end, text in itertools.chain(words(code), statements(code), arguments(code)):
+        if kind == "argument" and code[start:end] != source[start:end]:
+            continue  # a text among them
+        low, high = source.rfind("\n", 0, start) + 1, source.find("\n", end)
+        before = " ".join(source[low:high].split())
+        after = " ".join((source[low:start] + text + source[end:high]).split())
+        seen[before, after] += 1
+        yield Fault(path, start, end, text, kind, before, after, seen[before, after])
 
 
 def chosen_faults(seed, only):
