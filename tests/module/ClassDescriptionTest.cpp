@@ -1,7 +1,7 @@
 #include "orvane/builder/SHBuilder.h"
+#include "orvane/module/Module.h"
 #include "orvane/module/SHBuilderTable.h"
 #include "orvane/module/SphericalHarmonicTable.h"
-#include "teskexposure/include/TeskCollections"
 #include "tests/module/Interpreter.h"
 
 #include <cstring>

@@ -6,9 +6,9 @@
 
 namespace failing_new {
 
-/// Makes the n-th allocation from now fail, once; with 0 none fails.
+/// Makes the n-th allocation from now fail, once; 0 cancels.
 void Fail(std::int64_t n);
-/// Whether that allocation is still to be made.
+/// True until the allocation that is to fail is made.
 bool IsPending();
 
 } // namespace failing_new
