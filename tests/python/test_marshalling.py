@@ -110,15 +110,6 @@ class MarshallingTest(WorldTest):
             elif method.result == "SH":
                 self.assertIsNot(result, self.world.set, method.name)
 
-    def test_foreign_self_is_refused(self):
-        for method in METHODS:
-            unbound = getattr(getattr(_Orvane, method.owner), method.name)
-            foreign = (self.world.builder if method.owner == "SphericalHarmonic"
-                       else self.world.set)
-            for wrong in foreign, None, 5, OldStyle():
-                self.assert_raises(TypeError, None, unbound, wrong,
-                                   *self.world.calls[method.name])
-
     def test_refused_matrices(self):
         """The checks come in their order, row by row."""
         row = (1.0, 0.0, 0.0, 0.0)
