@@ -50,6 +50,17 @@ struct BuilderCase {
             builder.sphericalSamples.push_back({point.theta, point.phi});
     }
 
+    /// The least angle that is read at this step, from 1 on: roundings show there.
+    double EdgeOf(int step) const
+    {
+        double angle = step / tables.angleScale;
+        while (tables.Index(angle) >= step)
+            angle = std::nextafter(angle, 0.0);
+        while (tables.Index(angle) < step)
+            angle = std::nextafter(angle, 10.0);
+        return angle;
+    }
+
     /// Whether `create`, run at every instruction set, fills the set with these coefficients.
     template <typename Create>
     testing::AssertionResult Gives(const std::vector<float> &expected, const Create &create)

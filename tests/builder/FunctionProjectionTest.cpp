@@ -40,7 +40,13 @@ TEST(Projection, OfLatitudeLongitudeAndBlobsHasTheBitsOfThePlainLoop)
         BuilderCase model(numSteps);
         SHBuilder &builder = model.builder;
         SphericalHarmonic &set = model.set;
-        model.UseSamples(LiteralSamples(11, 9));
+        auto samples = LiteralSamples(11, 9);
+        for (int step = 1; step < numSteps / 2; step = 3 * step + 1) {
+            const double edge = model.EdgeOf(step);
+            samples.push_back({edge, std::nextafter(edge, 0.0)});
+            samples.push_back({std::nextafter(edge, 0.0), edge});
+        }
+        model.UseSamples(samples);
         for (const int bands : {0, 1, 2, 5, 17, 30}) {
             const auto project = [&](const literal::Function &function) {
                 return literal::Project(model.tables, model.samples, bands, function);
@@ -175,7 +181,7 @@ TEST(Projection, WithoutBandsOrSamplesReadsNoTable)
     EXPECT_EQ(Values(set), (std::vector<float>{0.28209479177387814f * 3.5f, 0, 0, 0}));
 }
 
-TEST(ProjectionFunctions, AtTellingPoints)
+TEST(ProjectionFunctions, HaveTheirKnownValues)
 {
     BuilderCase model(1000);
     const SHBuilder &builder = model.builder;
@@ -186,6 +192,17 @@ TEST(ProjectionFunctions, AtTellingPoints)
     }
     EXPECT_NEAR(builder.GaussProjectionFunc(0.0, 0.0, 0.1), 1.0, 1e-15);
     EXPECT_EQ(builder.GaussProjectionFunc(0.0, 0.51, 0.1), 0.0);
+    int atTheRim = 0;
+    for (double theta = 0.01; theta < pi; theta += 0.01) {
+        const double stdDev = std::acos(std::cos(theta)) / 5.0;
+        atTheRim += stdDev * 5.0 == std::acos(std::cos(theta));
+        EXPECT_EQ(builder.GaussProjectionFunc(0.0, theta, stdDev),
+                  literal::Gauss(stdDev, 0.0, 0.0)(0.0, theta));
+    }
+    EXPECT_GT(atTheRim, 0);
+    const literal::Function longitude = literal::Longitude(model.tables);
+    for (double theta = 0.0; theta < pi; theta += 0.01)
+        EXPECT_EQ(builder.LongtitudeProjectionFunc(1.5, theta), longitude(1.5, theta));
     for (const double angle : {infinity, -infinity, std::nan("")}) {
         EXPECT_THROW(builder.LatitudeProjectionFunc(0.0, angle), std::invalid_argument);
         EXPECT_THROW(builder.LongtitudeProjectionFunc(angle, 0.0), std::invalid_argument);

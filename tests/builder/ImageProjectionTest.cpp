@@ -40,7 +40,7 @@ TEST(ImageProjection, HasTheBitsOfThePlainLoop)
 }
 
 // theta = pi / 2 is read from row 63 of 128, for 128 / pi rounds down.
-TEST(ImageProjection, TakesThePixelWhoseLowCornerTheSampleIsAtOrBeyond)
+TEST(ImageProjection, TakesThePixelThatTheSampleLiesIn)
 {
     BuilderCase model(256);
     model.UseSamples({{1.5707963705062866, 1.0}});

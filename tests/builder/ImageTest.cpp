@@ -17,7 +17,7 @@ struct Image : testing::Test, BuilderCase {
     }
 };
 
-TEST_F(Image, MayHaveNoPixelsAndNoSidesThatOnlyWrapIntoRange)
+TEST_F(Image, MayBeEmptyButHasNoIllegalSides)
 {
     for (int call = 0; call < 2; ++call) {
         builder.SetImageBuffer(4, 1);

@@ -10,6 +10,7 @@ TEST(IntegralMipMaps, HoldEveryBandAndWedge)
         BuilderCase model(numSteps);
         const literal::Tables &tables = model.tables;
         SHBuilder &builder = model.builder;
+        EXPECT_EQ(builder.integrals.totalIntegral, 0.0);
         for (int call = 0; call < 2; ++call)
             builder.GenerateImporanceIntegralMipMaps();
         const auto &theta = builder.integrals.thetaIntegralMipMap;

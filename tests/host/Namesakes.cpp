@@ -14,52 +14,25 @@ namespace {
 
 } // namespace
 
+// [[gnu::used]]: emitted though nothing here calls them.
+
 class SphericalHarmonic {
 public:
-    void Clean();
-    void SetNumBands(int);
-    void ResizeToBands(int);
-    static void *StaticClassDescriptor();
+    [[gnu::used]] void Clean() { Intrude("SphericalHarmonic::Clean"); }
+    [[gnu::used]] void SetNumBands(int) { Intrude("SphericalHarmonic::SetNumBands"); }
+    [[gnu::used]] void ResizeToBands(int) { Intrude("SphericalHarmonic::ResizeToBands"); }
+    [[gnu::used]] static void *StaticClassDescriptor() { Intrude("SphericalHarmonic"); }
 };
-void SphericalHarmonic::Clean()
-{
-    Intrude("SphericalHarmonic::Clean");
-}
-void SphericalHarmonic::SetNumBands(int)
-{
-    Intrude("SphericalHarmonic::SetNumBands");
-}
-void SphericalHarmonic::ResizeToBands(int)
-{
-    Intrude("SphericalHarmonic::ResizeToBands");
-}
-void *SphericalHarmonic::StaticClassDescriptor()
-{
-    Intrude("SphericalHarmonic::StaticClassDescriptor");
-}
 
 class SHBuilder {
 public:
-    SHBuilder();
-    void GenerateLookUpTables(int);
-    static void *StaticClassDescriptor();
+    [[gnu::used]] SHBuilder() { Intrude("SHBuilder::SHBuilder"); }
+    [[gnu::used]] void GenerateLookUpTables(int) { Intrude("SHBuilder::GenerateLookUpTables"); }
+    [[gnu::used]] static void *StaticClassDescriptor() { Intrude("SHBuilder"); }
 };
-SHBuilder::SHBuilder()
-{
-    Intrude("SHBuilder::SHBuilder");
-}
-void SHBuilder::GenerateLookUpTables(int)
-{
-    Intrude("SHBuilder::GenerateLookUpTables");
-}
-void *SHBuilder::StaticClassDescriptor()
-{
-    Intrude("SHBuilder::StaticClassDescriptor");
-}
 
 namespace orvane {
-void *BestKernels();
-void *BestKernels()
+[[gnu::used]] inline void *BestKernels()
 {
     Intrude("orvane::BestKernels");
 }

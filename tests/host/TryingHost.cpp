@@ -16,7 +16,6 @@
 #include <cstring>
 #include <new>
 #include <stdexcept>
-#include <string>
 
 namespace {
 
@@ -50,21 +49,25 @@ int OrderFor(const char *operation, const char *detail = "")
 /// An order given by the environment: OPERATION NUMBER.
 const bool ordered = [] {
     const char *const order = std::getenv("HOST_ORDER");
-    const char *const space = order ? std::strchr(order, ' ') : nullptr;
-    if (space)
-        HostExpect(std::string(order, space).c_str(), std::atoi(space), 1);
-    return true;
+    return order && std::sscanf(order, "%63s %d", expected.operation, &expected.order) == 2;
 }();
 
-/// The stand-in's operation, which this program's own hides.
-template <typename Function> Function *Next(Function *, const char *symbol)
+void *NextOf(const char *symbol)
 {
-    void *const found = dlsym(RTLD_NEXT, symbol);
+    void *const found = symbol ? dlsym(RTLD_NEXT, symbol) : nullptr;
     if (!found) {
-        std::fprintf(stderr, "the stand-in has no %s\n", symbol);
+        std::fprintf(stderr, "the stand-in has no %s\n", symbol ? symbol : "such operation");
         std::abort();
     }
-    return reinterpret_cast<Function *>(found);
+    return found;
+}
+
+/// The stand-in's operation, which this program's own hides.
+template <typename Function> Function *Next(Function *own)
+{
+    Dl_info info{};
+    dladdr(reinterpret_cast<void *>(own), &info);
+    return reinterpret_cast<Function *>(NextOf(info.dli_sname));
 }
 
 } // namespace
@@ -105,8 +108,7 @@ bool HostFailureIsPending(void)
 
 bool TeskCreateInstance(const Tx::Clsid &clsid, const Tx::IID &iid, void **out)
 {
-    static const auto next =
-        Next(&TeskCreateInstance, "_Z18TeskCreateInstanceRKN2Tx5ClsidERKNS_3IIDEPPv");
+    static const auto next = Next(&TeskCreateInstance);
     const int order = OrderFor("TeskCreateInstance", clsid.GetName());
     if (order == HostGivesNothing)
         return true;
@@ -115,20 +117,20 @@ bool TeskCreateInstance(const Tx::Clsid &clsid, const Tx::IID &iid, void **out)
 
 void *TeskInternalCreate(size_t size, const char *name)
 {
-    static const auto next = Next(&TeskInternalCreate, "_Z18TeskInternalCreatemPKc");
+    static const auto next = Next(&TeskInternalCreate);
     return OrderFor("TeskInternalCreate", name) == HostObeys ? next(size, name) : nullptr;
 }
 
 void TeskInternalFreeObject(void *memory)
 {
-    static const auto next = Next(&TeskInternalFreeObject, "_Z22TeskInternalFreeObjectPv");
+    static const auto next = Next(&TeskInternalFreeObject);
     next(memory); // a host that throws has done its work: nothing else would free it
     OrderFor("TeskInternalFreeObject");
 }
 
 void *VEXMallocWithTracking(size_t bytes, const char *tag, const char *file, int line)
 {
-    static const auto next = Next(&VEXMallocWithTracking, "_Z21VEXMallocWithTrackingmPKcS0_i");
+    static const auto next = Next(&VEXMallocWithTracking);
     if (OrderFor("VEXMallocWithTracking", tag) != HostObeys)
         throw std::bad_alloc();
     void *const memory = next(bytes, tag, file, line);
@@ -137,16 +139,16 @@ void *VEXMallocWithTracking(size_t bytes, const char *tag, const char *file, int
 
 void VEXFreeWithTracking(void *memory)
 {
-    static const auto next = Next(&VEXFreeWithTracking, "_Z19VEXFreeWithTrackingPv");
+    static const auto next = Next(&VEXFreeWithTracking);
     next(memory);
     OrderFor("VEXFreeWithTracking");
 }
 
 VEXAssertResult VEXAssertHelper::Handle(const char *expression, const char *file, int line)
 {
-    using Handler = VEXAssertResult(VEXAssertHelper *, const char *, const char *, int);
+    using Handler = VEXAssertResult (*)(VEXAssertHelper *, const char *, const char *, int);
     static const auto next =
-        Next(static_cast<Handler *>(nullptr), "_ZN15VEXAssertHelper6HandleEPKcS1_i");
+        reinterpret_cast<Handler>(NextOf("_ZN15VEXAssertHelper6HandleEPKcS1_i"));
     const VEXAssertResult result = next(this, expression, file, line);
     OrderFor("VEXAssertHelper::Handle", expression);
     return result;
@@ -157,10 +159,7 @@ VEXAssertResult VEXAssertHelper::Handle(const char *expression, const char *file
 void TeskInitializePyType(_typeobject *type, const Tx::Clsid &clsid, const char *doc,
                           const Tx::InterfaceEntry *interfaces, TeskNewFunction newFunction)
 {
-    static const auto next =
-        Next(&TeskInitializePyType,
-             "_Z20TeskInitializePyTypeP11_typeobjectRKN2Tx5ClsidEPKcPKNS1_14InterfaceEntryEPFP7_"
-             "objectS0_SB_SB_E");
+    static const auto next = Next(&TeskInitializePyType);
     OrderFor("TeskInitializePyType", clsid.GetName());
     next(type, clsid, doc, interfaces, newFunction);
 }
@@ -170,12 +169,7 @@ void TeskRegisterToModule(PyObject *module, const Tx::ClassRegistrationList &reg
                           const HostList &first, const HostList &second,
                           const MethodSignatureMap &signatures)
 {
-    static const auto next = Next(
-        &TeskRegisterToModule,
-        "_Z20TeskRegisterToModuleP7_objectRKN2Tx21ClassRegistrationListERKSt6vectorI11PyMethodDef"
-        "SaIS6_EERKSt3mapINSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEESt4pairIjPFS5_INS1_10"
-        "VarChooserESaISJ_EEvEESt4lessISH_ESaISI_IKSH_SO_EEERKS5_IPKvSaISY_EES12_RK18Method"
-        "SignatureMap");
+    static const auto next = Next(&TeskRegisterToModule);
     if (OrderFor("TeskRegisterToModule") == HostObeys)
         next(module, registrations, methods, choosers, first, second, signatures);
 }
@@ -183,8 +177,7 @@ void TeskRegisterToModule(PyObject *module, const Tx::ClassRegistrationList &reg
 PyObject *TeskCreateInstanceFromPython(const Tx::Clsid &clsid, PyObject *arguments,
                                        PyObject *keywords)
 {
-    static const auto next = Next(&TeskCreateInstanceFromPython,
-                                  "_Z28TeskCreateInstanceFromPythonRKN2Tx5ClsidEP7_objectS4_");
+    static const auto next = Next(&TeskCreateInstanceFromPython);
     return OrderFor("TeskCreateInstanceFromPython", clsid.GetName()) == HostObeys
                ? next(clsid, arguments, keywords)
                : nullptr;
@@ -192,8 +185,7 @@ PyObject *TeskCreateInstanceFromPython(const Tx::Clsid &clsid, PyObject *argumen
 
 IRoot *TeskUnwrapObjectFromPython(PyObject *object)
 {
-    static const auto next =
-        Next(&TeskUnwrapObjectFromPython, "_Z26TeskUnwrapObjectFromPythonP7_object");
+    static const auto next = Next(&TeskUnwrapObjectFromPython);
     const int order = OrderFor("TeskUnwrapObjectFromPython");
     if (order != HostObeys && order != HostShowsWeakRoot)
         return nullptr;
@@ -207,17 +199,16 @@ IRoot *TeskUnwrapObjectFromPython(PyObject *object)
 
 PyObject *TeskWrapObjectForPython(IRoot *object)
 {
-    static const auto next = Next(&TeskWrapObjectForPython, "_Z23TeskWrapObjectForPythonP5IRoot");
+    static const auto next = Next(&TeskWrapObjectForPython);
     return OrderFor("TeskWrapObjectForPython") == HostObeys ? next(object) : nullptr;
 }
 
 namespace {
 
-template <typename Value>
-bool Extract(PyObject *object, Value &value, unsigned int index, bool tag, const char *symbol)
+template <typename Value> bool Extract(PyObject *object, Value &value, unsigned int index, bool tag)
 {
     using Function = bool(PyObject *, Value &, unsigned int, bool);
-    static const auto next = Next(static_cast<Function *>(nullptr), symbol);
+    static const auto next = Next(static_cast<Function *>(&TeskExtractArgumentImpl));
     return OrderFor("TeskExtractArgumentImpl") == HostObeys && next(object, value, index, tag);
 }
 
@@ -225,24 +216,24 @@ bool Extract(PyObject *object, Value &value, unsigned int index, bool tag, const
 
 bool TeskExtractArgumentImpl(PyObject *object, int &value, unsigned int index, bool tag)
 {
-    return Extract(object, value, index, tag, "_Z23TeskExtractArgumentImplP7_objectRijb");
+    return Extract(object, value, index, tag);
 }
 bool TeskExtractArgumentImpl(PyObject *object, unsigned int &value, unsigned int index, bool tag)
 {
-    return Extract(object, value, index, tag, "_Z23TeskExtractArgumentImplP7_objectRjjb");
+    return Extract(object, value, index, tag);
 }
 bool TeskExtractArgumentImpl(PyObject *object, float &value, unsigned int index, bool tag)
 {
-    return Extract(object, value, index, tag, "_Z23TeskExtractArgumentImplP7_objectRfjb");
+    return Extract(object, value, index, tag);
 }
 bool TeskExtractArgumentImpl(PyObject *object, double &value, unsigned int index, bool tag)
 {
-    return Extract(object, value, index, tag, "_Z23TeskExtractArgumentImplP7_objectRdjb");
+    return Extract(object, value, index, tag);
 }
 
 PyObject *PyThunkLeave(PyObject *result)
 {
-    static const auto next = Next(&PyThunkLeave, "_Z12PyThunkLeaveP7_object");
+    static const auto next = Next(&PyThunkLeave);
     OrderFor("PyThunkLeave");
     PyObject *const passedOn = next(result);
     return passedOn;

@@ -151,29 +151,6 @@ class FailureTest(WorldTest):
             del sh
             HOST.HostObey()
 
-    def test_an_unwrapped_object_is_the_same_by_both_roots(self):
-        usual = [str(self.outcome(expression)) for expression in (SIZE, VALUE, COPY, ADD)]
-        before = self.world.snapshot()
-        HOST.HostExpect("TeskUnwrapObjectFromPython", SHOWS_WEAK_ROOT, 1)
-        after = [str(self.outcome(expression)) for expression in (SIZE, VALUE, COPY, ADD)]
-        self.world.set.SetCoefficient(0, self.world.set.GetCoefficient(0))
-        snapshot = self.world.snapshot()
-        HOST.HostObey()
-        self.assertEqual(after, usual)
-        self.assertEqual(snapshot[0], before[0])
-        self.assertEqual(self.world.set.numBands, 2)
-
-
-class SilentSuccessTest(OrvaneTest):
-    def test_an_object_that_is_none_is_reported_once(self):
-        world = {"b": _Orvane.SHBuilder(), "sh": _Orvane.SphericalHarmonic()}
-        HOST.HostForgetLog()
-        HOST.HostExpect("TeskCreateInstance", GIVES_NOTHING, 1)
-        self.assertRaises(RuntimeError, world["b"].CopySH, world["sh"])
-        HOST.HostObey()
-        self.assertEqual(HOST.HostLog().count("VEXAssertHelper::Handle this->p\n"), 1)
-        HOST.TeskResetReport()
-
 
 LOAD = """
 import ctypes, sys

@@ -56,7 +56,7 @@ expect("version ${VERSION}[.]")
 
 build(consumer consumer)
 run(${EMULATOR} ${work}/consumer/consumer${exe})
-expect("^a coefficient set with 1 reference, 2 bands in Python")
+expect("^a coefficient set with 1 reference, 4 coefficients in Python")
 
 build(other_host other_host)
 if(TOOLCHAIN)
@@ -69,6 +69,6 @@ endif()
 run(${EMULATOR} ${work}/consumer-other/consumer${exe})
 string(REPLACE "\r" "" output "${output}")
 expect("^other host: class SHBuilder\nother host: class SphericalHarmonic\n")
-expect("\na coefficient set with 1 reference, 2 bands in Python")
+expect("\na coefficient set with 1 reference, 4 coefficients in Python")
 
 run(${EMULATOR} ${runner} ${SOURCE_DIR}/examples/depletion_profile.py ${work}/depletion.png)

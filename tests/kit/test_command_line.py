@@ -5,13 +5,12 @@ import math
 import os
 import re
 import shlex
-import shutil
 import StringIO
 import sys
-import tempfile
 import unittest
 import urllib
 
+from fixtures import FolderTest
 from orvanekit import (coefficients, load, load_with_notes, make_set, read_image, save,
                        write_image)
 from orvanekit import command_line, commands, files
@@ -33,15 +32,7 @@ def captured():
         sys.stdout, sys.stderr = before
 
 
-class Folder(unittest.TestCase):
-    """A folder for the files of each test, entered."""
-
-    def setUp(self):
-        folder, here = tempfile.mkdtemp(), os.getcwd()
-        self.addCleanup(shutil.rmtree, folder)
-        self.addCleanup(os.chdir, here)
-        os.chdir(folder)
-
+class CommandLineTest(FolderTest):
     def run_line(self, line):
         """Status, output and errors of a command line."""
         with captured() as (output, errors):
@@ -58,7 +49,7 @@ class Folder(unittest.TestCase):
         return output
 
 
-class CommandsTest(Folder):
+class CommandsTest(CommandLineTest):
     def assert_set(self, path, expected):
         found = coefficients(load(path))
         self.assertEqual(len(found), len(expected))
@@ -141,9 +132,7 @@ class CommandsTest(Folder):
         save("a.json", make_set(values))
         self.run_well("convert a.json a.csv --normalisation 4pi --no-condon-shortley "
                       "--order descending")
-        with open("a.csv") as text:
-            found = map(float, text)
-        for one, other in zip(found, [1, -2 / WHOLE, -0.25 / WHOLE, -0.5 / WHOLE]):
+        for one, other in zip(map(float, self.read("a.csv").split()), [1, -2 / WHOLE, -0.25 / WHOLE, -0.5 / WHOLE]):
             self.assertAlmostEqual(one, other, 6)
         self.run_well("convert a.csv b.json --normalisation 4pi --no-condon-shortley "
                       "--order descending")
@@ -157,11 +146,9 @@ class CommandsTest(Folder):
         self.assertEqual(list(read_image("b.png")[2]), [0, 0.4])
 
     def test_fit(self):
-        with open("a.csv", "w") as points:
-            points.write("theta; phi; value  # degrees\n\n")
-            for theta in range(10, 180, 20):
-                for phi in range(0, 360, 30):
-                    points.write("%d;%d;%r\n" % (theta, phi, 2 + math.cos(math.radians(theta))))
+        self.write("a.csv", "theta; phi; value  # degrees\n\n" + "".join(
+            "%d;%d;%r\n" % (theta, phi, 2 + math.cos(math.radians(theta)))
+            for theta in range(10, 180, 20) for phi in range(0, 360, 30)))
         self.run_well("fit a.csv a.json --bands 2 --degrees --smoothing 0")
         self.assert_set("a.json", [2 * WHOLE, 0, math.sqrt(4 * math.pi / 3), 0])
 
@@ -183,12 +170,11 @@ class CommandsTest(Folder):
                 self.assertIn("<title>%s</title>" % title, page.read())
 
 
-class RefusalTest(Folder):
+class RefusalTest(CommandLineTest):
     def test_refusals_are_one_line_that_begins_with_the_file(self):
         for name, contents in (("bad.json", "{"), ("bad.png", "no"), ("bad.csv", "1 2 3\n4 5 x"),
                                ("odd.csv", "1 2 3"), ("two.csv", "1 2 3\n1 2"), ("bad.f32", "abc")):
-            with open(name, "w") as opened:
-                opened.write(contents)
+            self.write(name, contents)
         save("a.json", make_set([1.0, float("nan"), 0, 0]))
         save("c.json", 3 * (make_set([-1.0]),))
         write_image("small.pgm", 4, 2, 8 * [1])

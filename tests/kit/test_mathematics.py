@@ -7,7 +7,7 @@ import unittest
 
 import _Orvane
 import orvanekit as kit
-from orvanekit import grids
+from fixtures import KitTest
 
 PI = math.pi
 BUILDER = _Orvane.SHBuilder()
@@ -66,17 +66,6 @@ def differs(a, b):
     return max(abs(p - q) for p, q in zip(a, b)) / max(map(abs, a))
 
 
-class KitTest(unittest.TestCase):
-    def refuses(self, error, words, function, *arguments, **more):
-        try:
-            result = function(*arguments, **more)
-        except error as caught:
-            for word in words.split("|"):
-                self.assertIn(word, str(caught))
-        else:
-            self.fail("%r gave %r" % (arguments, result))
-
-
 class SetsTest(KitTest):
     def test_coefficients_in_and_out(self):
         values = [0.5, -1.0, 0.1, 3.0]
@@ -92,14 +81,6 @@ class SetsTest(KitTest):
         self.refuses(ValueError, "coefficient 2 is 1e+39", kit.make_set,
                      [0.0, float("inf"), 1e39, 0.0])
         self.refuses(TypeError, "list", kit.coefficients, values)
-
-    def test_arguments_stay(self):
-        sh = random_set(5)
-        before = str(sh.GetAsBuffer())
-        for function in (kit.spectrum, kit.extremes, lambda s: kit.dering(s, -9.0),
-                         lambda s: kit.filtered(s, kit.hann(5)), lambda s: kit.product(s, s)):
-            function(sh)
-            self.assertEqual(str(sh.GetAsBuffer()), before)
 
     def test_colour_goes_wherever_a_set_goes(self):
         sky = tuple(random_set(4, seed) for seed in (1, 2, 3))
@@ -124,7 +105,8 @@ class WindowsTest(KitTest):
                 (kit.hann(4), [1, .5 + .5 * math.sqrt(.5), .5, .5 - .5 * math.sqrt(.5)]),
                 (kit.lanczos(2), [1, 2 / PI]),
                 (kit.heat(3, 0.5), [1, math.exp(-.25), math.exp(-.75)]),
-                (kit.cap(3, PI), [1, 0, 0]), (kit.cap(2, PI / 2), [1, .5]), (kit.hann(0), [])]:
+                (kit.cap(3, PI), [1, 0, 0]), (kit.cap(5, PI / 2), [1, .5, 0, -.125, 0]),
+                (kit.hann(0), [])]:
             self.assertEqual(len(window), len(expected))
             for got, wanted in zip(window, expected):
                 self.assertAlmostEqual(got, wanted, 14)
@@ -135,31 +117,6 @@ class WindowsTest(KitTest):
             self.refuses(ValueError, "expected", function, *arguments)
         self.refuses(ValueError, "3|4", kit.filtered, random_set(4), [1.0] * 3)
 
-    def test_a_filter_is_a_convolution(self):
-        """Against the mean over a cap, and the irradiance, both by brute force."""
-        sh = random_set(5)
-        theta, phi = 1.1, 2.3
-        frame = _frame(theta, phi)
-        for window, kernel, edge in ((kit.cap(5, 0.8), lambda c: 1.0, math.cos(0.8)),
-                                     (kit.clamped_cosine(5), lambda c: c, 0.0)):
-            total = weight = 0.0
-            for i in range(60):
-                cosine = edge + (1 - edge) * (i + 0.5) / 60
-                for j in range(60):
-                    at = _place(frame, cosine, 2 * PI * (j + 0.5) / 60)
-                    total += kernel(cosine) * exact(sh, *at)
-                    weight += kernel(cosine)
-            self.assertAlmostEqual(exact(kit.filtered(sh, window), theta, phi),
-                                   total / weight, 3)
-
-    def test_spectrum_is_the_mean_square(self):
-        sh = random_set(4)
-        square = kit.product(sh, sh, 7)
-        # The integral of a function is its first coefficient times sqrt(4 pi).
-        self.assertAlmostEqual(sum(kit.spectrum(sh)),
-                               kit.coefficients(square)[0] * math.sqrt(4 * PI), 5)
-        self.assertEqual(len(kit.spectrum(sh)), 4)
-
 
 def _frame(theta, phi):
     """The direction of a place, and two at right angles."""
@@ -167,13 +124,6 @@ def _frame(theta, phi):
     x = (math.cos(theta) * math.cos(phi), math.cos(theta) * math.sin(phi), -math.sin(theta))
     y = (-math.sin(phi), math.cos(phi), 0.0)
     return x, y, z
-
-
-def _place(frame, cosine, turn):
-    sine = math.sqrt(1 - cosine * cosine)
-    v = [sine * math.cos(turn) * a + sine * math.sin(turn) * b + cosine * c
-         for a, b, c in zip(*frame)]
-    return math.acos(max(-1.0, min(1.0, v[2]))), math.atan2(v[1], v[0])
 
 
 class ExtremesTest(KitTest):
@@ -246,18 +196,6 @@ class ProjectionTest(KitTest):
 
 
 class PointwiseTest(KitTest):
-    def test_own_sums_are_the_values_of_the_module(self):
-        """At its tables' steps: a 60th of a step on, where 29 phi is read at its own step too."""
-        sh = random_set(30)
-        values = kit.coefficients(sh).tolist()
-        step, numbers = 2 * PI / STEPS, random.Random(4)
-        for _ in range(100):
-            i, j = numbers.randrange(STEPS // 2), numbers.randrange(STEPS)
-            row = grids.row_sums(values, 30, [i * step])[0]
-            own = sum(p * q for p, q in zip(row, grids.trig_row(30, j * step)))
-            self.assertAlmostEqual(own, BUILDER.GetValueAt(sh, (j + 1 / 60.) * step,
-                                                           (i + 0.5) * step), 5)
-
     def test_product(self):
         a, b = random_set(5, 1), random_set(4, 2)
         both = kit.product(a, b, 8)

@@ -1,12 +1,10 @@
 """Maps and globes against values of the sets that they show."""
 
 import math
-import os
-import shutil
-import tempfile
 import unittest
 
 import _Orvane
+from fixtures import FolderTest
 from orvanekit import globe, make_set, map_picture, read_image
 from orvanekit.colours import DIVERGING
 
@@ -16,17 +14,11 @@ Z_PLUS_2 = make_set([2 * math.sqrt(4 * math.pi), 0, math.sqrt(4 * math.pi / 3), 
 ORANGE, BLUE = DIVERGING[255], DIVERGING[1]
 
 
-class PicturesTest(unittest.TestCase):
+class PicturesTest(FolderTest):
     def pixels(self, picture):
         """Width, height and a function from a place to the pixel's bytes."""
-        folder = tempfile.mkdtemp()
-        try:
-            path = os.path.join(folder, "picture.png")
-            with open(path, "wb") as opened:
-                opened.write(picture)
-            width, height, planes = read_image(path, True)
-        finally:
-            shutil.rmtree(folder)
+        self.write("picture.png", picture)
+        width, height, planes = read_image("picture.png", True)
         return width, height, lambda x, y: tuple(
             int(255 * plane[y * width + x] + 0.5) for plane in planes)
 
@@ -92,9 +84,7 @@ class PicturesTest(unittest.TestCase):
                 (ValueError, globe, (Y, 9, (float("nan"), 0)), "view (nan, 0); expected a theta"),
                 (TypeError, globe, ((Y, Y), 9), "a tuple of 2 sets; expected three"),
                 (TypeError, globe, ("Y", 9), "str is not a coefficient set")):
-            with self.assertRaises(error) as caught:
-                function(*arguments)
-            self.assertTrue(str(caught.exception).startswith(words), caught.exception)
+            self.refuses(error, "^" + words, function, *arguments)
 
 
 if __name__ == "__main__":

@@ -106,15 +106,4 @@ TEST(ClassDescription, HoldsIdentityAndInterfaces)
     }
 }
 
-TEST(ClassDescription, IsRegisteredBuilderFirst)
-{
-    const auto &registrations = ClassRegistrations();
-    ASSERT_EQ(registrations.size(), 2u);
-    for (int i = 0; i < 2; ++i) {
-        EXPECT_EQ(registrations[i].descriptor, descriptors[i]);
-        EXPECT_NE(registrations[i].factory, nullptr);
-        EXPECT_EQ(registrations[i].reserved, 0u);
-    }
-}
-
 } // namespace

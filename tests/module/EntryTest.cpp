@@ -138,6 +138,15 @@ TEST(Import, NeedsAClassTable)
     EXPECT_EQ(TakeError(), "RuntimeError: the host has no class table (TxClasses)");
 }
 
+TEST(Import, GivesTheModuleAReferenceToEachType)
+{
+    const PyTypeObject *const type = SHBuilder::StaticClassDescriptor()->pyType;
+    const Py_ssize_t count = Py_REFCNT(type);
+    init_Orvane(); // puts it into the place of itself
+    EXPECT_EQ(TakeError(), "");
+    EXPECT_EQ(Py_REFCNT(type), count);
+}
+
 TEST(SharedView, GivesItsShareBack)
 {
     const auto block = std::make_shared<int>(5);

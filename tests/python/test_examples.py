@@ -38,23 +38,8 @@ class ExamplesTest(Folder):
     def test_project_image(self):
         path = os.path.join(self.folder, "earth.png")
         output = self.run_example("project_image.py", "examples/data/earth-512x256.pgm", path)
-        width, height, (red, _, _) = picture = read_image(path, True)
-        self.assertEqual((width, height), (512 + 4 + 512, 16 + 256))
-        self.assertTrue(picture == read_image("docs/images/earth.png", True), "README shows another")
-
-        def brightness(x, y):
-            return 255 * red[(16 + y) * width + x]
-
-        # Land is bright and sea is dark, in the original and in the reconstruction.
-        for left in (0, 516):
-            for place, column, row, is_land in (("Sahara", 290, 95, True),
-                                                ("Australia", 448, 163, True),
-                                                ("Brazil", 186, 143, True),
-                                                ("Antarctica", 300, 250, True),
-                                                ("Pacific", 40, 130, False),
-                                                ("Indian Ocean", 370, 170, False)):
-                self.assertEqual(brightness(left + column, row) > 100, is_land, (place, left))
-
+        self.assertTrue(read_image(path, True) == read_image("docs/images/earth.png", True),
+                        "README shows another")
         rms = float(re.search(r"root-mean-square difference: (\S+)", output).group(1))
         self.assertTrue(5 < rms < 30, rms)
         steps = re.findall(r"^ *[0-9.]+ ms  (\w+)", output, re.MULTILINE)

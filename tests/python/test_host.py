@@ -1,4 +1,4 @@
-"""What the host adds to the module: wrappers, types, attributes, conversion of numbers, tesk-run."""
+"""What the host adds to the module: wrappers, types, attributes, numbers, tesk-run."""
 
 import copy
 import gc
@@ -12,7 +12,12 @@ import weakref
 
 import _Orvane
 
-from support import MODULE_FOLDER, OrvaneTest, host_totals
+from support import HOST, MODULE_FOLDER, OrvaneTest, host_totals
+
+
+LEAK = """import _Orvane, ctypes
+ctypes.pythonapi.Py_IncRef(ctypes.py_object(_Orvane.SHBuilder()))
+"""
 
 
 class Float(object):
@@ -175,9 +180,13 @@ class TeskRunTest(unittest.TestCase):
                  "circle = [_Orvane.SphericalHarmonic()]\n"
                  "circle.append(circle)\n"
                  "atexit.register(lambda: circle[0].Clean())\n", 0),
-                # A reference too many is one.
-                ("import _Orvane, ctypes\n"
-                 "ctypes.pythonapi.Py_IncRef(ctypes.py_object(_Orvane.SHBuilder()))\n", 1)]:
+                # A reference too many is one, and so is an assertion.
+                (LEAK, 1), (LEAK + "import sys; sys.exit()", 1), (LEAK + "exit(5)", 5),
+                ("import ctypes\n"
+                 "text = ctypes.pythonapi.Py_GetVersion\n"
+                 "text.restype = ctypes.c_void_p\n"
+                 "fail = ctypes.CDLL(%r)._ZN15VEXAssertHelper6HandleEPKcS1_i\n"
+                 "fail(None, *[ctypes.c_void_p(text())] * 2 + [7])\n" % HOST._name, 1)]:
             status, _, errors = self.run_script(text)
             self.assertEqual(status, expected, text + errors)
             self.assertIn("\ntotal: " if "import _Orvane" in text else "total: ", errors)
@@ -189,9 +198,18 @@ class TeskRunTest(unittest.TestCase):
             self.assertEqual(process.returncode, 2)
 
     def test_script_surroundings(self):
+        """The script's folder comes first, then the module's; no text has an owner too many."""
         status, output, errors = self.run_script(
-            "import sys, _Orvane; print __name__, sys.argv == [__file__, 'a', 'b']", "a", "b")
-        self.assertEqual((status, output), (0, "__main__ True\n"), errors)
+            "import os, sys, _Orvane\n"
+            "print sys.getrefcount(sys.path[1])  # list, importers' cache, call\n"
+            "print __name__, sys.argv == [__file__, 'a', 'b']\n"
+            "print [os.path.realpath(path) for path in sys.path[:2]] == map(\n"
+            "    os.path.realpath, map(os.path.dirname, (__file__, _Orvane.__file__)))\n"
+            "import atexit\n"
+            "def count():\n"
+            "    print sys.getrefcount(__file__)\n"
+            "atexit.register(count)\n", "a", "b")
+        self.assertEqual((status, output), (0, "3\n__main__ True\nTrue\n2\n"), errors)
 
 
 if __name__ == "__main__":

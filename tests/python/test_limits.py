@@ -4,11 +4,18 @@ the sources raise is on the page."""
 import glob
 import os
 import re
+import sys
 import unittest
 
-from support import HOST, OBJECT_ALLOCATION, OrvaneTest
+import _Orvane
 
-PAGE = open("docs/limits-and-errors.md").read()
+sys.path.insert(0, "tests/kit")
+
+from fixtures import LimitedMemory
+from support import HOST, OBJECT_ALLOCATION, OrvaneTest, host_totals
+
+PAGE_NAME = "docs/limits-and-errors.md"
+PAGE = open(PAGE_NAME).read()
 SETUP, = re.findall(r"^```python\n(.*?)^```", PAGE, re.MULTILINE | re.DOTALL)
 SECTIONS = dict(part.split("\n", 1) for part in PAGE.split("\n## ")[1:])
 NATIVE = SECTIONS.pop("Not from a script's doing")
@@ -43,27 +50,35 @@ def pattern(text):
 
 class LimitsTest(OrvaneTest):
     def check(self, script, expected, refuse_memory=False):
-        """Runs `script` after the page's first lines; `expected` is "Type: text"."""
+        """Runs `script` often after the page's first lines; `expected` is "Type: text"."""
         names = {}
         exec SETUP in names
         builder, sh = names["builder"], names["sh"]
+        watched = names.values() + [None, _Orvane.SphericalHarmonic, _Orvane.SHBuilder, buffer]
 
         def state():
             return (builder.numSteps, str(builder.GetImageBuffer()), str(sh.GetAsBuffer()),
                     str(builder.CreateLatitudeSH(3).GetAsBuffer()),
                     str(builder.CreateImportanceSampledGaussSH(1.0, 2.0, 0.4).GetAsBuffer()))
 
-        before = state()
-        if refuse_memory:
-            HOST.TeskFailAllocation(OBJECT_ALLOCATION, 1)
-        try:
-            exec script in names
-        except Exception as error:
-            found = ("%s: %s" % (type(error).__name__, error)).rstrip(": ")
-        else:
-            found = "nothing"
-        self.assertEqual(found, expected, script)
+        before, code, found = state(), compile(script, PAGE_NAME, "exec"), set()
+        counts, totals = map(sys.getrefcount, watched), host_totals()
+        for _ in range(30):
+            if refuse_memory:
+                HOST.TeskFailAllocation(OBJECT_ALLOCATION, 1)
+            try:
+                exec code in names
+            except Exception as error:
+                found.add(("%s: %s" % (type(error).__name__, error)).rstrip(": "))
+            else:
+                found.add("nothing")
+        sys.exc_clear()
+        error = None
+        self.assertEqual(found, set([expected]), script)
         self.assertTrue(state() == before, script)
+        self.assertEqual(host_totals(), totals, script)
+        for one, other in zip(counts, map(sys.getrefcount, watched)):
+            self.assertLess(abs(one - other), 10, script)  # the loop's own
 
     def test_every_line_raises_what_it_says(self):
         lines = 0
@@ -80,6 +95,25 @@ class LimitsTest(OrvaneTest):
                 lines += 1
         self.assertEqual(lines, PAGE.count("Error: ") + PAGE.count("`MemoryError` |")
                          - PAGE.count("On Windows, "))
+
+    def test_limits_themselves_are_legal(self):
+        """Each is taken, if only to find that there is not as much memory."""
+        scripts = ["builder.SetImageBuffer(2147483647, 1)"]
+        for _, limit, beyond, _ in table_rows(SECTIONS["Limits"]):
+            limit = int(limit.replace(",", ""))
+            if str(limit + 1) in beyond:
+                scripts.append(beyond.strip("`").replace(str(limit + 1), str(limit)))
+        self.assertGreater(len(scripts), 10)
+        names = {}
+        exec SETUP in names
+        for script in scripts:
+            with LimitedMemory(200 << 20) as limited:
+                if not limited:
+                    self.skipTest("a machine's whole memory would be taken")
+                try:
+                    exec script in names
+                except (MemoryError, TypeError):  # a TypeError: the buffer is of another size
+                    sys.exc_clear()
 
     def test_every_text_of_the_sources_is_on_the_page(self):
         shown = re.findall(r"`(?:\w+Error: )?([^`\n]*)`", PAGE)

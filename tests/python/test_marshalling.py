@@ -4,13 +4,29 @@ import unittest
 
 import _Orvane
 
-from support import METHODS, WorldTest, arguments_of, kinds
+from support import IDENTITY, METHODS, WorldTest, arguments_of, kinds
 
 NO_MATCH = "Could not match argument %i to expected type: %s."
 
 
 class OldStyle:
     """Its instances have the slots of everything and offer nothing."""
+
+
+class Tuple(tuple):
+    pass
+
+
+class LyingFloat(float):
+    def __float__(self):
+        raise AssertionError("must not be asked")
+
+
+def with_value(i, j, value):
+    """The identity with this value."""
+    rows = [list(row) for row in IDENTITY]
+    rows[i][j] = value
+    return tuple(tuple(row) for row in rows)
 
 
 # Objects that the type of an argument refuses, and the words of the refusal; None for Python's own.
@@ -94,14 +110,30 @@ class MarshallingTest(WorldTest):
             elif method.result == "SH":
                 self.assertIsNot(result, self.world.set, method.name)
 
-    def test_foreign_self_is_refused(self):
-        for method in METHODS:
-            unbound = getattr(getattr(_Orvane, method.owner), method.name)
-            foreign = (self.world.builder if method.owner == "SphericalHarmonic"
-                       else self.world.set)
-            for wrong in foreign, None, 5, OldStyle():
-                self.assert_raises(TypeError, None, unbound, wrong,
-                                   *self.world.calls[method.name])
+    def test_refused_matrices(self):
+        """The checks come in their order, row by row."""
+        row = (1.0, 0.0, 0.0, 0.0)
+        cases = [(list(IDENTITY), "Second argument must be a tuple")]
+        cases += [(matrix, "matrix tuple should have 4 sub-tuples")
+                  for matrix in ((), IDENTITY[:3], IDENTITY + (row,), (1, 2, 3))]
+        cases += [(matrix, "matrix tuple should contain more tuples")
+                  for matrix in ((row, row, None, row), ([1.0] * 4, (), (), ()))]
+        cases += [(matrix, "inner matrix tuples should have 4 values")
+                  for matrix in ((row, row[:3], None, row), (row, row, row + row, row))]
+        cases += [(with_value(i, j, 1)[:i + 1] + (None,) * (3 - i),
+                   "inner matrix tuples should contain floats") for i in range(3) for j in range(3)]
+        for matrix, text in cases:
+            self.assert_raises(TypeError, text, self.world.builder.RotateSH, self.world.set, matrix)
+
+    def test_what_of_a_matrix_is_not_looked_at(self):
+        def rotated(matrix):
+            return str(self.world.builder.RotateSH(self.world.set, matrix).GetAsBuffer())
+
+        expected = rotated(IDENTITY)
+        self.assertEqual(expected[:16], str(self.world.set.GetAsBuffer()))
+        for matrix in [IDENTITY[:3] + ("no tuple",), Tuple(Tuple(row) for row in IDENTITY),
+                       with_value(1, 1, LyingFloat(1.0))] + [with_value(i, 3, 7) for i in range(3)]:
+            self.assertEqual(rotated(matrix), expected)
 
 
 if __name__ == "__main__":

@@ -1,13 +1,9 @@
 """The reference page and the typed stub are what the tables say, and say what the module has."""
 
-import copy
 import os
-import pickle
 import re
 import subprocess
 import unittest
-
-import _Orvane
 
 from support import ATTRIBUTES, DOCS, METHODS, MODULE_FOLDER, kinds
 
@@ -72,15 +68,6 @@ class ReferenceTest(unittest.TestCase):
                          version)
         self.assertIn("version %s.\n" % version, read(STUB))
         self.assertIn("project(Orvane VERSION %s " % version, read("CMakeLists.txt"))
-
-
-class CopyingTest(unittest.TestCase):
-    def test_only_copy_sh_copies(self):
-        sh = _Orvane.SphericalHarmonic()
-        sh.SetNumBands(2)
-        for copied in (copy.copy(sh), copy.deepcopy(sh), pickle.loads(pickle.dumps(sh, 2))):
-            self.assertEqual((copied.numBands, copied.GetNumCoefficients()), (0, 0))
-        self.assertEqual(_Orvane.SHBuilder().CopySH(sh).GetNumCoefficients(), 4)
 
 
 if __name__ == "__main__":

@@ -79,14 +79,21 @@ TEST(LookUpTables, AreReadWithTheLiteralBitsAtEveryInstructionSet)
     std::mt19937 random(1);
     std::uniform_real_distribution<double> azimuth(-20.0, 20.0);
     std::uniform_real_distribution<double> polar(0.0, 6.0);
-    const double telling[][2] = {{TWO_PI_F, 0.5}, {-TWO_PI_F, 3.0}, {0.3, 0.0}};
     for (const int numSteps : {1, 5, 7, 10, 100, 256, 1000, 1024}) {
         BuilderCase model(numSteps);
         model.SetRandomly(30);
         const float *coefficients = model.set.coefficients.data();
+        std::vector<std::pair<double, double>> points = {
+            {TWO_PI_F, 0.5}, {-TWO_PI_F, 3.0}, {0.3, 0.0}};
+        for (int step = 1; step < numSteps && step < 9; step += 2) {
+            const double edge = model.EdgeOf(step);
+            points.push_back({edge, std::nextafter(edge, 0.0)});
+            points.push_back({std::nextafter(edge, 0.0), edge});
+        }
+        while (points.size() < 60)
+            points.push_back({azimuth(random), polar(random)});
         for (int point = 0; point < 60; ++point) {
-            const auto [phi, theta] = point < 3 ? std::pair{telling[point][0], telling[point][1]}
-                                                : std::pair{azimuth(random), polar(random)};
+            const auto [phi, theta] = points[point];
             const int bands = point % 31;
             const double expected = model.tables.Evaluate(coefficients, bands, phi, theta);
             for (const Kernels *kernels : SupportedKernels()) {

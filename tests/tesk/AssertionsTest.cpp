@@ -27,7 +27,7 @@ protected:
 
 using Hits = std::vector<std::string>;
 
-TEST_F(Assertions, CountsGoOnWhereTheyAreWrong)
+TEST_F(Assertions, WrongReferenceCountsAreReported)
 {
     {
         Object object;
@@ -60,7 +60,7 @@ TEST_F(Assertions, CountsGoOnWhereTheyAreWrong)
     EXPECT_EQ(TakeHits(), Hits{"teskexposure/include/TeskClass:79 mLockCount<=0"});
 }
 
-TEST_F(Assertions, SmartPointersGoOnWhereTheyAreWrong)
+TEST_F(Assertions, MisusedSmartPointersAreReported)
 {
     TeskSmartPtr<TestObject> pointer;
     EXPECT_EQ(pointer.operator->(), nullptr);

@@ -1,4 +1,7 @@
 #include "tests/tesk/HostTest.h"
+#include "vexcore/include/VEXMemory"
+
+#include <cstdint>
 
 namespace {
 
@@ -17,7 +20,7 @@ protected:
     Listener a{'a', log}, b{'b', log}, c{'c', log};
 };
 
-TEST_F(WeakReferences, AreToldLastRegisteredFirstEachOffTheListAlready)
+TEST_F(WeakReferences, AreToldInReverseOrderOfRegistration)
 {
     Object *const object = new Object;
     size_t left = 3;
@@ -119,6 +122,8 @@ TEST_F(WeakReferences, WithoutMemoryTheListStaysAsItWas)
     weak->AddWeakReference(&a);
     TeskFailAllocation(TeskContainerAllocation, 1);
     EXPECT_THROW(weak->AddWeakReference(&b), std::bad_alloc);
+    for (const std::size_t size : {SIZE_MAX, SIZE_MAX / 2})
+        EXPECT_THROW(VEXMallocWithTracking(size, "WeakRefSite/mRefs", "", 1), std::bad_alloc);
     weak->AddWeakReference(&c);
     weak->Unlock();
     EXPECT_EQ(log, "ca");

@@ -19,12 +19,14 @@ int main()
         return 1;
     std::printf("a coefficient set with %d reference", set->GetLockCount());
     std::fflush(stdout);
-    return PyRun_SimpleString("import sys\n"
-                              "sh = _Orvane.SphericalHarmonic()\n"
-                              "sh.SetNumBands(2)\n"
-                              "sys.stdout.write(', %d bands in Python' % sh.numBands)\n"
-                              "builder = _Orvane.SHBuilder()\n"
-                              "assert builder.AddSH(sh, builder.CopySH(sh)).numBands == 2\n"
-                              "assert str(sh.GetAsBuffer()) == '\\0' * 16\n"
-                              "del sh, builder\n");
+    return PyRun_SimpleString(
+        "import sys\n"
+        "sh = _Orvane.SphericalHarmonic()\n"
+        "sh.SetNumBands(2)\n"
+        "count = sh.GetNumCoefficients()\n"
+        "sys.stdout.write(', %d coefficients in Python' % count)\n"
+        "builder = _Orvane.SHBuilder()\n"
+        "assert builder.AddSH(sh, builder.CopySH(sh)).GetCoefficient(3) == 0\n"
+        "assert str(sh.GetAsBuffer()) == '\\0' * 16\n"
+        "del sh, builder\n");
 }

@@ -61,14 +61,6 @@ void Destroy(PyObject *self)
     PyObject_Del(self);
 }
 
-PyObject *GetInt(PyObject *self, void *offset)
-{
-    const char *const object =
-        reinterpret_cast<const char *>(reinterpret_cast<Wrapper *>(self)->native->GetRoot());
-    return PyInt_FromLong(
-        *reinterpret_cast<const int *>(object + reinterpret_cast<std::size_t>(offset)));
-}
-
 template <typename Value, typename Take>
 bool Extract(PyObject *object, Value &value, PyTypeObject *type, Take take)
 {
@@ -85,30 +77,17 @@ bool Extract(PyObject *object, Value &value, PyTypeObject *type, Take take)
 ITeskClasses *TxClasses = &classes;
 ITeskPyOS *PyOS = &services;
 
+// clang-format off
 namespace Tx {
 Clsid::Clsid(const char *moduleName, const char *className) : module(moduleName), name(className) {}
-const char *Clsid::GetName() const
-{
-    return name;
-}
-bool Clsid::IsEqual(const Clsid &other) const
-{
-    return std::strcmp(name, other.name) == 0;
-}
+const char *Clsid::GetName() const { return name; }
+const char *Clsid::GetModule() const { return module; }
+bool Clsid::IsEqual(const Clsid &other) const { return std::strcmp(name, other.name) == 0; }
 IID::IID(const char *interfaceName) : name(interfaceName) {}
-const char *IID::GetName() const
-{
-    return name;
-}
-bool IID::IsEqual(const IID &other) const
-{
-    return std::strcmp(name, other.name) == 0;
-}
-const char *Clsid::GetModule() const
-{
-    return module;
-}
+const char *IID::GetName() const { return name; }
+bool IID::IsEqual(const IID &other) const { return std::strcmp(name, other.name) == 0; }
 } // namespace Tx
+// clang-format on
 
 bool TeskCreateInstance(const Tx::Clsid &clsid, const Tx::IID &iid, void **out)
 {
@@ -154,18 +133,8 @@ void TeskRegisterToModule(PyObject *module, const Tx::ClassRegistrationList &reg
                           const ModuleMethodList &, const ValueChooserMap &, const HostList &,
                           const HostList &, const MethodSignatureMap &)
 {
-    static PyGetSetDef attributes[2][8];
-    int number = 0;
     for (const Tx::ClassRegistration &registration : registrations) {
         _typeobject *const type = registration.descriptor->pyType;
-        PyGetSetDef *attribute = attributes[number++];
-        type->tp_getset = attribute;
-        for (const AttributeRecord *record = registration.descriptor->attributes; record->name;
-             ++record) {
-            if (record->typeCode == AttributeTypeInt32)
-                *attribute++ = {const_cast<char *>(record->name), &GetInt, nullptr, nullptr,
-                                reinterpret_cast<void *>(record->fieldOffset)};
-        }
         type->tp_methods = registration.descriptor->methods;
         if (PyType_Ready(type) != 0)
             return;

@@ -1,0 +1,64 @@
+"""What the package's tests share: refusals, folders of their own, little memory."""
+
+import os
+import shutil
+import tempfile
+import unittest
+
+try:
+    import resource
+except ImportError:
+    resource = None  # not on Windows
+
+
+class KitTest(unittest.TestCase):
+    def refuses(self, error, words, function, *arguments, **more):
+        """Expects an error with these pieces in its message, parted by |; ^ is its beginning."""
+        try:
+            result = function(*arguments, **more)
+        except error as caught:
+            for word in words.split("|"):
+                self.assertIn(word, "^" + str(caught))
+        else:
+            self.fail("%s: gave %r" % (words, result))
+
+
+class FolderTest(KitTest):
+    """Each test in an empty folder, which is entered."""
+
+    def setUp(self):
+        self.folder, here = tempfile.mkdtemp(), os.getcwd()
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.addCleanup(os.chdir, here)
+        os.chdir(self.folder)
+
+    def write(self, name, contents):
+        with open(name, "wb") as opened:
+            opened.write(contents)
+
+    def read(self, name):
+        with open(name, "rb") as opened:
+            return opened.read()
+
+
+class LimitedMemory(object):
+    """Lets the process ask for no more than this many bytes beyond what it has."""
+
+    def __init__(self, more):
+        self.more = more
+
+    def __enter__(self):
+        """Whether that can be done here."""
+        self.before = None
+        if resource and os.path.exists("/proc/self/statm"):
+            with open("/proc/self/statm") as statm:
+                has = int(statm.read().split()[0]) * resource.getpagesize()
+            # A sanitizer has reserved more than there is.
+            if has < 1 << 40:
+                self.before = resource.getrlimit(resource.RLIMIT_AS)
+                resource.setrlimit(resource.RLIMIT_AS, (has + self.more, self.before[1]))
+        return self.before is not None
+
+    def __exit__(self, *_):
+        if self.before:
+            resource.setrlimit(resource.RLIMIT_AS, self.before)
