@@ -10,7 +10,7 @@ import unittest
 import _Orvane
 
 from orvanekit import batch, coefficients, load, make_set, map_picture, save, write_image
-from test_command_line import Folder
+from test_command_line import CommandLineTest
 
 GAUSSIANS = {"do": "gaussians", "given": [[1.0, 2.0, 0.3, 2.0], [2, 4, 0.5, -1]], "seed": 5,
              "samples": 40, "bands": 6}
@@ -20,8 +20,8 @@ def field(name, **more):
     return dict(GAUSSIANS, id=name, **more)
 
 
-class BatchFolder(Folder):
-    def write(self, *lines):
+class BatchTest(CommandLineTest):
+    def write_jobs(self, *lines):
         with open("jobs.jsonl", "w") as opened:
             for line in lines:
                 opened.write((line if isinstance(line, str) else json.dumps(line)) + "\n")
@@ -38,7 +38,7 @@ class BatchFolder(Folder):
                     for name in os.listdir("out"))
 
 
-class OperationsTest(BatchFolder):
+class OperationsTest(BatchTest):
     def test_jobs_do_what_the_command_line_and_the_module_do(self):
         write_image("a.pfm", 12, 12, [math.sin(i) for i in range(144)])
         with open("p.csv", "w") as opened:
@@ -56,7 +56,7 @@ class OperationsTest(BatchFolder):
                 {"do": "combine", "given": ["b.json"], "difference": True}]},
              ["filter a.json y.json --heat 0.5", "rotate y.json z.json --axis 1 2 3 --angle 40",
               "combine z.json b.json x.json --difference"])]
-        self.write(*[dict(job, id="j%d" % number) for number, (job, _) in enumerate(cases)])
+        self.write_jobs(*[dict(job, id="j%d" % number) for number, (job, _) in enumerate(cases)])
         self.work((len(cases), 0, 0))
         for number, (_, lines) in enumerate(cases):
             for line in lines:
@@ -65,7 +65,7 @@ class OperationsTest(BatchFolder):
                              coefficients(load("x.json")), lines)
 
     def test_gaussians_are_the_modules(self):
-        self.write(field("sum"), {"id": "sampled", "do": "importance", "seed": 3, "samples": 8,
+        self.write_jobs(field("sum"), {"id": "sampled", "do": "importance", "seed": 3, "samples": 8,
                                   "around": 50, "steps": 512, "given": [[1, 2, 0.3, 0.5]]})
         self.work((2, 0, 0))
         builder = _Orvane.SHBuilder()
@@ -81,7 +81,7 @@ class OperationsTest(BatchFolder):
 
     def test_slices_make_the_picture(self):
         save("a.json", make_set([math.sin(i * i) for i in range(25)]))
-        self.write(*[{"id": "s%d" % (8 - i), "do": "render", "given": "a.json", "width": 36,
+        self.write_jobs(*[{"id": "s%d" % (8 - i), "do": "render", "given": "a.json", "width": 36,
                       "height": 18, "slices": 3, "slice": i} for i in range(9)])
         self.work((9, 0, 0))
         self.run_well("join out picture.png")
@@ -89,13 +89,13 @@ class OperationsTest(BatchFolder):
             self.assertEqual(opened.read(), map_picture(load("a.json"), 36, 18))
 
 
-class RepeatTest(BatchFolder):
+class RepeatTest(BatchTest):
     NAME = "\xc3\xa9.json"
 
     def test_only_what_is_not_there_is_made(self):
         save(self.NAME, make_set([1.0]))
         picture = {"id": "p", "do": "render", "given": self.NAME, "width": 4}
-        self.write(field("one"), field("two"), picture)
+        self.write_jobs(field("one"), field("two"), picture)
         self.work((3, 0, 0))
         first = self.contents()
         times = os.stat("out/one.json").st_mtime
@@ -114,7 +114,7 @@ class RepeatTest(BatchFolder):
                 self.work((1, 2, 0))
                 self.assertEqual(self.contents(), first)
         # Another text of a job, and other contents of a file that one reads.
-        self.write(field("one"), field("two", steps=512), picture)
+        self.write_jobs(field("one"), field("two", steps=512), picture)
         self.work((1, 2, 0))
         save(self.NAME, make_set([2.0]))
         self.work((1, 2, 0))
@@ -122,7 +122,7 @@ class RepeatTest(BatchFolder):
 
     def test_parts_do_each_job_once_whatever_the_order(self):
         lines = [field("f%d" % number, seed=number % 3) for number in range(7)]
-        self.write(*lines)
+        self.write_jobs(*lines)
         self.work((7, 0, 0))
         whole = self.contents()
         os.rename("out", "whole")
@@ -132,7 +132,7 @@ class RepeatTest(BatchFolder):
 
     def test_a_failed_job_leaves_its_reason_and_the_others_go_on(self):
         save("a.json", make_set([1.0]))
-        self.write({"id": "bad", "do": "filter", "given": "later.json", "hann": True},
+        self.write_jobs({"id": "bad", "do": "filter", "given": "later.json", "hann": True},
                    {"id": "odd", "do": "render", "given": "a.json", "width": 5, "slices": 2},
                    field("good"))
         errors = self.work((1, 0, 2))
@@ -145,10 +145,10 @@ class RepeatTest(BatchFolder):
         self.assertEqual(sorted(name for name in self.contents() if "bad" in name), ["bad.json"])
 
     def test_what_cannot_be_written_leaves_the_old_result(self):
-        self.write(field("one"))
+        self.write_jobs(field("one"))
         self.work((1, 0, 0))
         old = self.contents()
-        self.write(field("one", steps=64))
+        self.write_jobs(field("one", steps=64))
         whole = batch.write_whole
 
         def full(path, contents):
@@ -166,13 +166,13 @@ class RepeatTest(BatchFolder):
         self.assertFalse([name for name in self.contents() if name.startswith(".")])
 
 
-class FingerprintTest(BatchFolder):
+class FingerprintTest(BatchTest):
     def set_fingerprint(self, value):
         self.addCleanup(setattr, batch, "fingerprint", batch.fingerprint)
         batch.fingerprint = lambda: value
 
     def test_another_machine_is_refused_unless_it_is_asked_for(self):
-        self.write(field("one"), field("two"))
+        self.write_jobs(field("one"), field("two"))
         self.set_fingerprint("1" * 64)
         self.work((1, 0, 0), "--part 1/2")
         self.set_fingerprint("2" * 64)
@@ -189,9 +189,9 @@ class FingerprintTest(BatchFolder):
         self.run_well("join out all.tar")
 
 
-class JoinTest(BatchFolder):
+class JoinTest(BatchTest):
     def test_results_in_the_order_of_the_jobs(self):
-        self.write(*[field(name) for name in ("b", "c", "a")])
+        self.write_jobs(*[field(name) for name in ("b", "c", "a")])
         self.work((3, 0, 0))
         self.run_well("join out all.tar")
         self.run_well("join out all.f32")
@@ -206,7 +206,7 @@ class JoinTest(BatchFolder):
     def test_refusals_name_the_results(self):
         save("a.json", make_set([1.0]))
         reading = {"do": "filter", "given": "a.json", "hann": True}
-        self.write(field("one"), field("two"), dict(reading, id="r1"), dict(reading, id="r2"))
+        self.write_jobs(field("one"), field("two"), dict(reading, id="r1"), dict(reading, id="r2"))
         self.work((4, 0, 0))
         os.remove("out/two.json")
         os.rename("out/one.json", "out/two.json")
@@ -226,7 +226,7 @@ class JoinTest(BatchFolder):
             self.assertTrue(status == 1 and words in errors and not os.path.exists(path), errors)
 
 
-class CheckTest(BatchFolder):
+class CheckTest(BatchTest):
     def test_line_and_column_of_what_is_wrong(self):
         save("a.json", make_set([1.0]))
         good = '{"id": "a", "do": "filter", "given": "a.json", "hann": true'
@@ -259,7 +259,7 @@ class CheckTest(BatchFolder):
                    [(8, "no name of a file")])
                   for name in ("", ".a", "a/b", "..", "a b", "-a", "nul", "com1.x", "a.",
                                u"\u00e9", 7, "x" * 101)]
-        self.write(good + "}", "", *[line for line, _ in cases])
+        self.write_jobs(good + "}", "", *[line for line, _ in cases])
         status, output, errors = self.run_line("batch jobs.jsonl --check")
         self.assertEqual((status, output), (1, ""))
         found = errors.splitlines()
@@ -270,7 +270,7 @@ class CheckTest(BatchFolder):
                                  and words in each], (line, start, words))
         self.assertEqual(len(found), sum(len(wrong) for _, wrong in cases), errors)
         self.assertEqual(sorted(os.listdir(".")), ["a.json", "jobs.jsonl"])
-        self.write(good + "}")
+        self.write_jobs(good + "}")
         self.assertEqual(self.run_well("batch jobs.jsonl --check"), "1 jobs\n")
         self.assertEqual(self.run_line("batch jobs.jsonl")[0], 1)
 
