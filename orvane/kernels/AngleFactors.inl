@@ -74,6 +74,15 @@ inline void FindAngleIndices(const AngleTables &tables, double phi, int orders,
     }
 }
 
+/// The factors of the orders 0 to orders - 1; the others are left alone.
+/// Indexed by the order m = 0..29. Order 0, which takes no angle factor, has cosine 1 and sine 0:
+/// a product with 1.0 is the other factor, bit for bit.
+struct alignas(64) AngleFactors {
+    double cosine[32];
+    double sine[32];
+};
+
+/// The factors of the orders 0 to orders - 1; the others are left alone.
 inline void LookUpFactors(const AngleTables &tables, const int (&index)[factorEntries], int orders,
                           AngleFactors &factors)
 {
@@ -83,11 +92,4 @@ inline void LookUpFactors(const AngleTables &tables, const int (&index)[factorEn
         factors.cosine[m] = tables.cosLut[index[m]];
         factors.sine[m] = tables.sinLut[index[m]];
     }
-}
-
-void FillAngleFactors(const AngleTables &tables, double phi, int orders, AngleFactors &factors)
-{
-    alignas(64) int index[factorEntries];
-    FindAngleIndices(tables, phi, orders, index);
-    LookUpFactors(tables, index, orders, factors);
 }

@@ -5,7 +5,9 @@
 //              K P            entry l - |m| of the polar row's run of order |m|
 //              factor         sine of |m|           cosine of m, 1 for m = 0
 //
-// Each term is (K P * factor) * c as the formula has it; K P * 1 is K P itself.
+// Each term is (K P * factor) * c as the formula has it; K P * 1 is K P itself. A band is gone
+// through by |m| downwards and then upwards: the first way reads K P, and keeps K P * cosine for the
+// second. Order l is first needed by band l, and its factors are looked up there.
 
 /// Where band 0 of each order's run would stand in a polar row; with the band added, an entry's
 /// position.
@@ -19,21 +21,32 @@ constexpr PolarRunOrigins polarRuns = [] {
     return runs;
 }();
 
-inline double EvaluatePoint(const float *coefficients, std::int32_t count, const double *polarRow,
-                            const AngleFactors &factors)
+inline double EvaluatePoint(const AngleTables &tables, double phi, const double *polarRow,
+                            const float *coefficients, std::int32_t count, int bands)
 {
+    alignas(64) int index[factorEntries];
+    FindAngleIndices(tables, phi, bands, index);
+
+    double sine[tableBands];
+    double cosine[tableBands];
+    double product[tableBands]; // K P * cosine
     double sum = 0.0;
     const float *c = coefficients;
-    for (long long l = 0, left = count; left > 0; ++l) {
+    const float *const end = coefficients + count;
+    for (long long l = 0; l < bands; ++l) {
+        sine[l] = tables.sinLut[index[l]];
+        cosine[l] = tables.cosLut[index[l]];
         const double *band = polarRow + l;
-        const long long sines = left < l ? left : l;
-        for (long long m = l; m > l - sines; --m)
-            sum += *c++ * (band[polarRuns.origin[m]] * factors.sine[m]);
-        left -= sines;
-        const long long cosines = left < l + 1 ? left : l + 1;
-        for (long long m = 0; m < cosines; ++m)
-            sum += *c++ * (band[polarRuns.origin[m]] * factors.cosine[m]);
-        left -= cosines;
+        const float *const middle = end - c < l ? end : c + l;
+        for (long long m = l; c < middle; --m) {
+            const double polar = band[polarRuns.origin[m]];
+            product[m] = polar * cosine[m];
+            sum += *c++ * (polar * sine[m]);
+        }
+        product[0] = band[0];
+        const float *const last = end - c <= l ? end : c + l + 1;
+        for (long long m = 0; c < last; ++m)
+            sum += *c++ * product[m];
     }
     return sum;
 }

@@ -36,7 +36,6 @@ namespace {
 extern const Kernels ORVANE_KERNEL_TABLE;
 const Kernels ORVANE_KERNEL_TABLE = {
     .instructionSet = InstructionSet::ORVANE_INSTRUCTION_SET,
-    .angleFactors = FillAngleFactors,
     .legendre = FillLegendreTables,
     .evaluation = EvaluatePoint,
     .cosineEstimate = EstimateCosines,

@@ -3,7 +3,6 @@
 // The table of kernels. Each job has a header that states its arguments and a .inl file with its
 // code; KernelTable.inl puts them together and is compiled once per instruction set.
 
-#include "orvane/kernels/AngleFactors.h"
 #include "orvane/kernels/BandRotation.h"
 #include "orvane/kernels/CosineEstimate.h"
 #include "orvane/kernels/Evaluation.h"
@@ -16,7 +15,6 @@ namespace orvane {
 
 struct Kernels {
     InstructionSet instructionSet;
-    AngleFactorsKernel angleFactors;
     LegendreKernel legendre;
     EvaluationKernel evaluation;
     CosineEstimateKernel cosineEstimate;

@@ -4,7 +4,7 @@
 // loop of every projection.
 
 #include "orvane/base/PolarRow.h"
-#include "orvane/kernels/AngleFactors.h"
+#include "orvane/kernels/AngleTables.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -13,7 +13,7 @@
 // (LayRows, LayColumns) and serves any number of renders.
 
 #include "orvane/base/PolarRow.h"
-#include "orvane/kernels/AngleFactors.h"
+#include "orvane/kernels/AngleTables.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -165,9 +165,7 @@ double LookUpTables::Evaluate(const SphericalHarmonic &sh, std::int32_t bands, c
     const std::int32_t step = PolarStep(theta);
     EnsurePolarStep(step);
     const double *polarRow = polarRows.data() + std::size_t{polarRowLength} * step;
-    AngleFactors factors;
-    kernels.angleFactors(Angles(), phi, orders, factors);
-    return kernels.evaluation(sh.coefficients.data(), count, polarRow, factors);
+    return kernels.evaluation(Angles(), phi, polarRow, sh.coefficients.data(), count, orders);
 }
 
 } // namespace orvane

@@ -20,7 +20,7 @@
 
 #include "orvane/base/Bands.h"
 #include "orvane/kernels/AlignedArray.h"
-#include "orvane/kernels/AngleFactors.h"
+#include "orvane/kernels/AngleTables.h"
 #include "orvane/kernels/Legendre.h"
 
 #include <cstddef>
