@@ -115,6 +115,18 @@ Scaling Growth()
     return scaling;
 }
 
+/// What a sampling of the sphere costs.
+Scaling SamplesGrowth()
+{
+    Scaling scaling;
+    for (const int samplesPerAxis : {64, 640}) {
+        const auto builder = MakeBuilder(1024);
+        scaling.sizes.push_back({static_cast<double>(samplesPerAxis * samplesPerAxis),
+                                 [=] { builder->GenerateSphericalSamples(1, samplesPerAxis); }});
+    }
+    return scaling;
+}
+
 } // namespace
 
 void AddProjectionJobs()
@@ -129,6 +141,7 @@ void AddProjectionJobs()
     AddJob("`CreateGaussSH`, standard deviation 0.2, 16,384 samples", {65.0, 40.0, 20.0},
            [] { return CreateGauss(128); });
     AddScaling("projection of given values, 30 bands", "samples", Growth);
+    AddScaling("`GenerateSphericalSamples`", "samples", SamplesGrowth);
 }
 
 } // namespace bench

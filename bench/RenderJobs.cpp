@@ -92,7 +92,8 @@ Job RenderInNewProcess()
 Scaling Growth()
 {
     Scaling scaling;
-    for (const auto &[width, height] : {std::pair{128, 64}, {400, 205}, {1280, 640}}) {
+    for (const auto &[width, height] :
+         {std::pair{128, 64}, {512, 256}, {1280, 640}, {2048, 1024}}) {
         const auto data = std::make_shared<Data>(Picture{width, height});
         scaling.sizes.push_back({static_cast<double>(width * height), [=] { data->Render(); }});
     }

@@ -4,6 +4,7 @@
 #include "bench/Jobs.h"
 #include "bench/Objects.h"
 #include "model/LiteralRotation.h"
+#include "orvane/kernels/Kernels.h"
 #include "orvane/sh/Rotation.h"
 
 #include <benchmark/benchmark.h>
@@ -51,6 +52,18 @@ Job RotateSH(int bands)
     return job;
 }
 
+/// By bands^3: band l has a matrix of (2l + 1)^2 entries.
+Scaling Growth()
+{
+    Scaling scaling;
+    for (const int bands : {4, 10, 20, 30}) {
+        const auto job = std::make_shared<Job>(RotateSH(bands));
+        scaling.sizes.push_back({static_cast<double>(bands * bands * bands),
+                                 [=] { job->shipped(orvane::BestKernels().instructionSet); }});
+    }
+    return scaling;
+}
+
 } // namespace
 
 void AddRotationJobs()
@@ -62,6 +75,7 @@ void AddRotationJobs()
     for (const auto &[bands, aims] : jobs)
         AddJob("`RotateSH`, " + std::to_string(bands) + " bands", aims,
                [bands = bands] { return RotateSH(bands); });
+    AddScaling("`RotateSH`, 4 to 30 bands", "bands^3", Growth);
 }
 
 } // namespace bench

@@ -104,8 +104,8 @@ void AddSamplingJobs()
     AddJob("`CreateImportanceSampledGaussSH`, 5,000 + 5,041 points", {45.0, 28.0, 15.0},
            CreateImportanceSampledGauss);
     AddJob("quadtree of 10,000 points", {20.0, 20.0, 20.0}, [] { return FindLeaves(10000); });
-    AddJob("quadtree of 100,000 points", {18.0, 18.0, 18.0}, [] { return FindLeaves(100000); });
-    AddJob("quadtree of 1,000,000 points", {15.0, 15.0, 15.0}, [] { return FindLeaves(1000000); });
+    AddJob("quadtree of 100,000 points", {20.0, 20.0, 20.0}, [] { return FindLeaves(100000); });
+    AddJob("quadtree of 1,000,000 points", {17.0, 17.0, 17.0}, [] { return FindLeaves(1000000); });
     AddJob("`GeneratePDFSamples`, 100,000 offsets", {1.2, 1.2, 1.2},
            [] { return GeneratePdfSamples(100000); });
 }

@@ -6,6 +6,7 @@
 #include "model/LiteralModel.h"
 #include "orvane/base/Bands.h"
 #include "orvane/base/PolarRow.h"
+#include "orvane/kernels/Kernels.h"
 
 #include <benchmark/benchmark.h>
 
@@ -83,6 +84,28 @@ Job Evaluate(int numBands)
     return job;
 }
 
+Scaling EvaluationGrowth()
+{
+    Scaling scaling;
+    for (const int numBands : {4, 10, 20, 30}) {
+        const auto job = std::make_shared<Job>(Evaluate(numBands));
+        scaling.sizes.push_back({static_cast<double>(numBands * numBands),
+                                 [=] { job->shipped(orvane::BestKernels().instructionSet); }});
+    }
+    return scaling;
+}
+
+Scaling TableGrowth()
+{
+    Scaling scaling;
+    for (const int numSteps : {256, 1024, 4096}) {
+        const auto builder = MakeBuilder(numSteps);
+        scaling.sizes.push_back(
+            {static_cast<double>(numSteps), [=] { builder->GenerateLookUpTables(numSteps); }});
+    }
+    return scaling;
+}
+
 /// Tables that have all their steps.
 std::shared_ptr<SHBuilder> MakeWholeBuilder()
 {
@@ -110,12 +133,15 @@ double LegendreBytes()
 void AddTableJobs()
 {
     AddJob("`GetValueAt`, one call, 30 bands", {6.5, 5.5, 5.0}, [] { return Evaluate(30); });
+    AddJob("`GetValueAt`, one call, 4 bands", {}, [] { return Evaluate(4); });
     for (const int numSteps : {1024, 4096}) {
         const std::string name = "`GenerateLookUpTables`, " + std::to_string(numSteps) + " steps";
         const Aims aims{numSteps == 1024 ? 120.0 : 110.0, 80.0, 40.0};
         AddJob(name, aims, [=] { return GenerateTables(numSteps, false); });
         AddJob(name + ", first call", aims, [=] { return GenerateTables(numSteps, true); });
     }
+    AddScaling("`GetValueAt`, 4 to 30 bands", "coefficients", EvaluationGrowth);
+    AddScaling("`GenerateLookUpTables`", "steps", TableGrowth);
     AddMemory("Legendre arrays at 1024 steps", LegendreBytes);
     AddMemory("tables derived from them (5 MB at the most)", DerivedTableBytes);
 }
