@@ -5,9 +5,8 @@
 //              K P            entry l - |m| of the polar row's run of order |m|
 //              factor         sine of |m|           cosine of m, 1 for m = 0
 //
-// Each term is (K P * factor) * c as the formula has it; K P * 1 is K P itself. A band is gone
-// through by |m| downwards and then upwards: the first way reads K P, and keeps K P * cosine for the
-// second. Order l is first needed by band l, and its factors are looked up there.
+// Each term is (K P * factor) * c as the formula has it; K P * 1 is K P itself. Order l is first
+// needed by band l, and its factors are looked up there.
 
 /// Where band 0 of each order's run would stand in a polar row; with the band added, an entry's
 /// position.
@@ -29,24 +28,19 @@ inline double EvaluatePoint(const AngleTables &tables, double phi, const double 
 
     double sine[tableBands];
     double cosine[tableBands];
-    double product[tableBands]; // K P * cosine
     double sum = 0.0;
     const float *c = coefficients;
     const float *const end = coefficients + count;
     for (long long l = 0; l < bands; ++l) {
         sine[l] = tables.sinLut[index[l]];
-        cosine[l] = tables.cosLut[index[l]];
+        cosine[l] = l == 0 ? 1.0 : tables.cosLut[index[l]];
         const double *band = polarRow + l;
         const float *const middle = end - c < l ? end : c + l;
-        for (long long m = l; c < middle; --m) {
-            const double polar = band[polarRuns.origin[m]];
-            product[m] = polar * cosine[m];
-            sum += *c++ * (polar * sine[m]);
-        }
-        product[0] = band[0];
+        for (long long m = l; c < middle; --m)
+            sum += *c++ * (band[polarRuns.origin[m]] * sine[m]);
         const float *const last = end - c <= l ? end : c + l + 1;
         for (long long m = 0; c < last; ++m)
-            sum += *c++ * product[m];
+            sum += *c++ * (band[polarRuns.origin[m]] * cosine[m]);
     }
     return sum;
 }
