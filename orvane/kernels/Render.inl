@@ -122,11 +122,12 @@ inline void PrepareSet(RenderState &state)
     const double scale = job.scale;
     VecD magnitudes[2] = {};
     int i = 0;
-    for (int which = 0; i + lanes <= count; i += lanes, which ^= 1) {
-        const VecD scaled = Widen(Load(job.coefficients + i)) * scale;
-        Store(state.scaled + i, scaled);
-        magnitudes[which] += Magnitude(scaled);
-    }
+    for (; i + 2 * lanes <= count; i += 2 * lanes)
+        for (int which = 0; which < 2; ++which) {
+            const VecD scaled = Widen(Load(job.coefficients + i + which * lanes)) * scale;
+            Store(state.scaled + i + which * lanes, scaled);
+            magnitudes[which] += Magnitude(scaled);
+        }
     double magnitude = 0.0;
     for (; i < count; ++i) {
         state.scaled[i] = job.coefficients[i] * scale;
