@@ -308,8 +308,8 @@ inline void SumClass(const RenderState &state, int strip, const float *factors,
         const VecW cosine = LoadWide(factors + slot * 2 * wideLanes);
         const VecW sine = LoadWide(factors + slot * 2 * wideLanes + wideLanes);
         for (int r = 0; r < stripRows; ++r) {
-            const VecW a = BroadcastWide(sums.slots[slot].cosine[strip + r]);
-            const VecW b = BroadcastWide(sums.slots[slot].sine[strip + r]);
+            const VecW a = Held(BroadcastWide(sums.slots[slot].cosine[strip + r]));
+            const VecW b = Held(BroadcastWide(sums.slots[slot].sine[strip + r]));
             p[r] = MultiplyAdd(a, cosine, p[r]);
             if constexpr (needsQ) {
                 q[r] = MultiplyAdd(b, cosine, q[r]);

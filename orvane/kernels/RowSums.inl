@@ -80,7 +80,8 @@ inline void SumRows(const GroupEntry *groupEntries, const double *scaled, int ba
             const VecD c = Broadcast(band[m + which]);
             const VecD s = Broadcast(band[-m - which]);
             for (int v = 0; v < vectors; ++v) {
-                const VecD q = Load(entries[v / groupVectors][at].row + v % groupVectors * lanes);
+                const VecD q =
+                    Held(Load(entries[v / groupVectors][at].row + v % groupVectors * lanes));
                 cosine[which][v] = MultiplyAdd(q, c, cosine[which][v]);
                 sine[which][v] = MultiplyAdd(q, s, sine[which][v]);
             }

@@ -34,6 +34,13 @@ inline void Store(int *to, VecI value)
 {
     *reinterpret_cast<VecIUnaligned *>(to) = value;
 }
+/// The value, in a register: a compiler may else read a value that two operations take from memory
+/// twice, where loads are what bounds a loop.
+template <typename Vector> inline Vector Held(Vector value)
+{
+    asm("" : "+v"(value));
+    return value;
+}
 inline VecD Broadcast(double value)
 {
     return value - VecD{};
