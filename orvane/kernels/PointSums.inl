@@ -54,7 +54,7 @@ inline void AddBlock(const ProjectionTables &tables, const ProjectionPoint *poin
             VecF cosineSum = Load(sums.cosine + i);
             VecF sineSum = Load(sums.sine + i);
             for (int p = 0; p < block; ++p) {
-                const VecD polar = Load(rows[p] + i);
+                const VecD polar = Held(Load(rows[p] + i));
                 cosineSum = Rounding::Term(polar * cosine[p], values[p]) + cosineSum;
                 sineSum = Rounding::Term(polar * sine[p], values[p]) + sineSum;
             }
