@@ -59,24 +59,6 @@ TEST_F(Image, RendersSliceBySlice)
     }
 }
 
-TEST_F(Image, AddsTheOffsetAfterTruncating)
-{
-    builder.GenerateLookUpTables(256);
-    builder.SetImageBuffer(1, 1);
-    const float one = std::nextafter(static_cast<float>(std::sqrt(4 * pi)), 10.0f); // value 1 up
-    const struct {
-        float coefficient, scale;
-        int offset, expected;
-    } cases[] = {{-one, 127, 128, 1}, {0, 127, 128, 128},     {one, 127, 128, 255},
-                 {-one, 0.5f, 0, 0},  {-one, 0.5f, 3, 3},     {-one, 2, 1, 0},
-                 {one, 300, 0, 255},  {one, 1e38f, least, 0}, {-one, 1e38f, most, 0},
-                 {NAN, 1, 77, 77}};
-    for (const auto &[coefficient, scale, offset, expected] : cases) {
-        builder.RenderSHToImageBuffer(*MakeSet(1, {coefficient}), scale, offset, 1, 0);
-        EXPECT_EQ(builder.imageBuffer[0], expected) << coefficient << " * " << scale;
-    }
-}
-
 TEST_F(Image, ASetWithoutTermsShowsTheOffsetAndNeedsNoTables)
 {
     builder.SetImageBuffer(5, 3);

@@ -104,19 +104,6 @@ TEST(ImportanceSampling, ReadsTheTablesAtTheAnglesInDoublePrecision)
     }
 }
 
-TEST(ImportanceSampling, BandZeroIsWhatTheDensitiesSay)
-{
-    // Without deviation all offsets share one leaf: its area a comes in as a / count for each
-    // density, and as a for each point in the total.
-    Sampled sampled(1024);
-    const int count = 400;
-    sampled.builder.GeneratePDFSamples(8, 0, count);
-    const auto &densities = sampled.builder.pdfDensities;
-    const double sum = std::accumulate(densities.begin(), densities.end(), 0.0);
-    const double expected = K0 * fourPi * sum / count / count;
-    EXPECT_NEAR(sampled.Make(1.0, 2.0, 0.0).coefficients[0], expected, 1e-5 * expected);
-}
-
 TEST(ImportanceSampling, HasTheShapeOfTheProjectedGaussian)
 {
     // Where the leaves fit the cloud well, its densities make the projected Gaussian, lower by the

@@ -209,7 +209,7 @@ TEST_F(Render, SumsTermByTermOnTheEdgeOfAByte)
     int below = 0;
     int notBelow = 0;
     for (const bool wholeRow : {true, false})
-        for (int round = 0; round < 24; ++round) {
+        for (int round = 0; round < 12; ++round) {
             const int x = static_cast<int>(random() % width);
             const double theta = static_cast<double>(round % height) * dTheta;
             const int step = model.tables.Index(theta);

@@ -199,6 +199,7 @@ constexpr const char *calls[] = {
     "b.ClearImageBuffer()",
     "b.GetImageBuffer()",
     "b.RenderSHToImageBuffer(sh, 10.0, 128, 1, 0)",
+    "(b.RenderSHToImageBuffer(small, 0, 0, 2, 0), b.RenderSHToImageBuffer(sh, 0, 0, 1, 0))",
     "b.AddSH(sh, other)",
     "b.AddSH(sh, None)",
     "b.SubtractSH(sh, other)",
