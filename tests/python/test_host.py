@@ -174,6 +174,7 @@ class TeskRunTest(unittest.TestCase):
                 ("import sys; sys.exit()", 0),
                 ("import sys; sys.exit(7)", 7),
                 ("import sys; sys.exit('no')", 1),
+                ("import _Orvane, sys; sys.exit(_Orvane.SHBuilder())", 1),
                 ("raise ValueError(1)", 1),
                 ("syntax error", 1),
                 # Cycles and what is used at exit are no leak.
@@ -190,7 +191,8 @@ class TeskRunTest(unittest.TestCase):
                  "fail(None, *[ctypes.c_void_p(text())] * 2 + [7])\n" % HOST._name, 1)]:
             status, _, errors = self.run_script(text)
             self.assertEqual(status, expected, text + errors)
-            self.assertIn("\ntotal: " if "import _Orvane" in text else "total: ", errors)
+            self.assertIn("%stotal: %d live objects" % (
+                "\n" if "import _Orvane" in text else "", LEAK in text), errors)
 
     def test_no_script(self):
         for arguments, text in ([], "usage: "), (["/no such file"], "No such file"):
