@@ -1,8 +1,6 @@
 #include "model/LiteralImportance.h"
 #include "tests/builder/BuilderCase.h"
 
-#include <numeric>
-
 namespace {
 
 constexpr double fourPi = 12.566370964050293;
@@ -102,27 +100,6 @@ TEST(ImportanceSampling, ReadsTheTablesAtTheAnglesInDoublePrecision)
                 }))
                 << step;
     }
-}
-
-TEST(ImportanceSampling, HasTheShapeOfTheProjectedGaussian)
-{
-    // Where the leaves fit the cloud well, its densities make the projected Gaussian, lower by the
-    // density at the mean, 0.3989, and by what the cloud does not reach.
-    Sampled sampled(1024);
-    sampled.builder.GeneratePDFSamples(1, 40, 20000);
-    sampled.builder.GenerateSphericalSamples(1, 128);
-    sampled.builder.CreateGaussSH(sampled.set, 12, 0.4f, 1.6f, 2.0f);
-    const std::vector<float> projected = Values(sampled.set);
-    sampled.Make(1.6f, 2.0f, 0.4f);
-    const float *coefficients = sampled.set.coefficients.data();
-    const auto product = [](const float *a, const float *b) {
-        return std::inner_product(a, a + 144, b, 0.0);
-    };
-    const double both = product(coefficients, projected.data());
-    const double projectedSquare = product(projected.data(), projected.data());
-    EXPECT_GT(both / std::sqrt(product(coefficients, coefficients) * projectedSquare), 0.98);
-    EXPECT_GT(both / projectedSquare, 0.28);
-    EXPECT_LT(both / projectedSquare, 0.4);
 }
 
 TEST(ImportanceSampling, WithoutSamplesGivesNaNAndReadsNoTable)
