@@ -2,6 +2,7 @@
 #include "orvane/builder/PictureTables.h"
 #include "tests/builder/BuilderCase.h"
 
+#include <functional>
 #include <random>
 #include <thread>
 
@@ -108,27 +109,18 @@ void RenderInTurn(unsigned seed, int rounds)
     BuilderCase kept;
     int steps = 256, width = 64, height = 16, bands = 5, slices = 1, slice = 0;
     const Kernels *kernels = SupportedKernels()[0];
+    const std::function<void()> changes[] = {[&] { width = any(sides); },
+                                             [&] { height = any(sides); },
+                                             [&] { steps = any(tables); },
+                                             [&] { bands = static_cast<int>(random() % 30 + 1); },
+                                             [&] { kernels = any(SupportedKernels()); },
+                                             [&] {
+                                                 slices = static_cast<int>(random() % 4 + 1);
+                                                 slice =
+                                                     static_cast<int>(random() % (slices * slices));
+                                             }};
     for (int round = 0; round < rounds; ++round) {
-        switch (random() % 6) {
-        case 0:
-            width = any(sides);
-            break;
-        case 1:
-            height = any(sides);
-            break;
-        case 2:
-            steps = any(tables);
-            break;
-        case 3:
-            bands = static_cast<int>(random() % 12 + 1);
-            break;
-        case 4:
-            kernels = any(SupportedKernels());
-            break;
-        default:
-            slices = static_cast<int>(random() % 4 + 1);
-            slice = static_cast<int>(random() % (slices * slices));
-        }
+        any(changes)();
         const auto set = MakeSet(bands, RandomCoefficients(bands * bands, round));
         std::vector<std::uint8_t> pictures[2];
         BuilderCase fresh;

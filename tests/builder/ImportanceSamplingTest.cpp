@@ -37,26 +37,19 @@ TEST(PdfSamples, AreThoseOfTheLiteralDraws)
     }
 }
 
-TEST(PdfSamples, HaveTheNumbersOfTheKnownSeedAndLimits)
+TEST(PdfSamples, BeyondTheLimitsLeaveThoseThatAreThere)
 {
     BuilderCase model;
     SHBuilder &builder = model.builder;
     builder.GeneratePDFSamples(1, 0, 2);
-    const GaussOffset &first = builder.pdfGaussOffsets.at(0),
-                      &second = builder.pdfGaussOffsets.at(1);
-    EXPECT_EQ(first.x, 0.0);
-    EXPECT_EQ(builder.pdfDensities[0], 1.0);
-    EXPECT_NEAR(second.x, -0.17738063218470482, 1e-15);
-    EXPECT_NEAR(second.y, -0.2998941676115506, 1e-15);
-    EXPECT_NEAR(builder.pdfDensities[1], 0.37544671065806196, 1e-15);
-
+    EXPECT_NEAR(builder.pdfGaussOffsets.at(1).y, -0.2998941676115506, 1e-15);
     platform::srand(5);
     EXPECT_THROW(builder.GeneratePDFSamples(1, 16385, 1), std::invalid_argument);
     EXPECT_THROW(builder.GeneratePDFSamples(1, 1, (1 << 27) + 1), std::invalid_argument);
     EXPECT_EQ(platform::rand(), platform::RuntimeRandom{5}.Next());
     EXPECT_EQ(builder.pdfGaussOffsets.size(), 2u);
     EXPECT_EQ(builder.pdfSphericalSamples.size(), 0u);
-    EXPECT_EQ(builder.pdfDensities.size(), 2u);
+    EXPECT_NEAR(builder.pdfDensities.at(1), 0.37544671065806196, 1e-15);
 }
 
 TEST(ImportanceSampling, HasTheBitsOfTheLiteralTreeAndLoop)

@@ -41,21 +41,23 @@ TEST(Entry, TakesATupleOrNothing)
     ClassDescriptor *const sets = SphericalHarmonic::StaticClassDescriptor();
     const PyCFunction clean = Entry(sets, "Clean"), view = Entry(sets, "GetAsBuffer");
     const PyCFunction copy = Entry(SHBuilder::StaticClassDescriptor(), "CopySH");
+    const char *const noTuple = "TypeError: Function expects a tuple of arguments.";
     const Reference cleaned(clean(set.Get(), nullptr));
     EXPECT_EQ(cleaned.Get(), Py_None);
     const struct {
         PyCFunction entry;
         const Reference &self;
         PyObject *arguments;
-        const char *wants;
-    } cases[] = {{Entry(sets, "SetNumBands"), set, nullptr, "1 argument"},
-                 {Entry(sets, "SetCoefficient"), set, nullptr, "2 arguments"},
-                 {clean, set, list.Get(), "a tuple of arguments"},
-                 {copy, builder, list.Get(), "a tuple of arguments"},
-                 {copy, builder, nullptr, "a tuple of arguments"}};
-    for (const auto &[entry, self, arguments, wants] : cases) {
+        const char *error;
+    } cases[] = {
+        {Entry(sets, "SetNumBands"), set, nullptr, "TypeError: Function expects 1 argument."},
+        {Entry(sets, "SetCoefficient"), set, nullptr, "TypeError: Function expects 2 arguments."},
+        {clean, set, list.Get(), noTuple},
+        {copy, builder, list.Get(), noTuple},
+        {copy, builder, nullptr, noTuple}};
+    for (const auto &[entry, self, arguments, error] : cases) {
         EXPECT_EQ(entry(self.Get(), arguments), nullptr);
-        EXPECT_EQ(TakeError(), std::string("TypeError: Function expects ") + wants + ".");
+        EXPECT_EQ(TakeError(), error);
     }
     // Direct style looks at no arguments.
     for (PyObject *arguments : {static_cast<PyObject *>(nullptr), list.Get()})
