@@ -38,7 +38,6 @@ TEST_F(Image, MayBeEmptyButHasNoIllegalSides)
 TEST_F(Image, RendersSliceBySlice)
 {
     builder.GenerateLookUpTables(256);
-    SetRandomly(30); // so many that parts of rows are cut into segments
     const struct {
         int width, height, slices, firstSlice, lastSlice;
         int columnsBegin, columnsEnd, rowsBegin, rowsEnd; // written
@@ -46,9 +45,11 @@ TEST_F(Image, RendersSliceBySlice)
                  {64, 32, 2, 1, 1, 32, 64, 0, 16},  {64, 32, 2, 2, 2, 0, 32, 16, 32},
                  {300, 7, 2, 3, 3, 150, 300, 3, 6}, {2, 2, 3, 0, 8, 0, 0, 0, 0}};
     for (const auto &c : cases) {
+        const int bands = c.slices == 1 ? 1 : 30; // so many that parts of rows are cut
+        SetRandomly(bands);
         std::vector<std::uint8_t> expected(c.width * c.height);
-        literal::Render(literal::Tables(256), set.coefficients.data(), 30, 20, 128, 1, 0, c.width,
-                        c.height, expected.data());
+        literal::Render(literal::Tables(256), set.coefficients.data(), bands, 20, 128, 1, 0,
+                        c.width, c.height, expected.data());
         for (int y = 0; y < c.height; ++y)
             for (int x = 0; x < c.width; ++x)
                 if (x < c.columnsBegin || x >= c.columnsEnd || y < c.rowsBegin || y >= c.rowsEnd)
