@@ -118,6 +118,7 @@ TEST(ImportanceSampling, WithoutSamplesGivesNaNAndReadsNoTable)
     for (const auto &[latitude, longitude] : {std::pair{1e308, 0.0}, {0.0, 1e308}, {-1e308, 0.0}})
         EXPECT_THROW(sampled.Make(latitude, longitude, 1.7e308), std::invalid_argument);
     EXPECT_EQ(sampled.set.coefficients.size(), 0u);
+    EXPECT_NO_THROW(sampled.Make(1e39, -1e39, 1e39)); // beyond single precision
 }
 
 TEST(ImportanceSampling, AddsToCoefficientsThatAreThere)
