@@ -30,8 +30,9 @@ TEST(InstructionSets, AnswerWithKernelsOfTheirOwnAndAreTheBuildersToChoose)
     // The widest comes last, and is the best.
     EXPECT_EQ(&BestKernels(), SupportedKernels().back());
     for (const auto set : {InstructionSet::Avx2, InstructionSet::Avx512})
-        if (!IsSupported(set))
+        if (!IsSupported(set)) {
             EXPECT_THROW(builder->UseInstructionSet(set), std::invalid_argument);
+        }
 }
 
 } // namespace
