@@ -152,13 +152,13 @@ def chosen_faults(seed, only):
 
 
 def equivalents():
-    """(path, line before, line after) of each fault that no test can see."""
+    """(path, line before, line after, number, 0 for all) of each fault that no test can see."""
     blocks = EQUIVALENT.read_text().split("\n\n") if EQUIVALENT.exists() else []
     for block in blocks:
         lines = [line for line in block.strip().split("\n") if not line.startswith("#")]
         if lines and lines[0]:
-            path, before, after = lines[:3]
-            yield path, before[2:], after[2:]
+            path, _, number = lines[0].partition(" #")
+            yield path, lines[1][2:], lines[2][2:], int(number or 0)
 
 
 class Copy:
@@ -263,7 +263,8 @@ def main():
             text = "%s:%d: %s\n    - %s\n    + %s" % (
                 fault.path, line, fault.kind, fault.before, fault.after)
             key = (fault.path, fault.before, fault.after, fault.number)
-            outcome = "equivalent" if key[:3] in known else outcomes.get(key)
+            is_known = key in known or (*key[:3], 0) in known
+            outcome = "equivalent" if is_known else outcomes.get(key)
             if options.list:
                 outcome = "chosen"
                 print(text)

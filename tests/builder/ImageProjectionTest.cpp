@@ -39,19 +39,6 @@ TEST(ImageProjection, HasTheBitsOfThePlainLoop)
     }
 }
 
-// theta = pi / 2 is read from row 63 of 128, for 128 / pi rounds down.
-TEST(ImageProjection, TakesThePixelThatTheSampleLiesIn)
-{
-    BuilderCase model(256);
-    model.UseSamples({{1.5707963705062866, 1.0}});
-    for (const int whiteRow : {62, 63, 64}) {
-        std::vector<std::uint8_t> pixels(256 * 128);
-        std::fill_n(pixels.begin() + whiteRow * 256, 256, std::uint8_t{255});
-        model.builder.CreateSHFromImageBuffer(model.set, 256, 128, 1, pixels.data());
-        EXPECT_EQ(model.set.coefficients[0] != 0.0f, whiteRow == 63) << whiteRow;
-    }
-}
-
 TEST(ImageProjection, RefusesImagesAndBandsAndLeavesTheSetAlone)
 {
     constexpr struct {

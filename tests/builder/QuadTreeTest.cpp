@@ -63,17 +63,13 @@ TEST(QuadTree, LeavesAreThoseOfTheLiteralTree)
                     points.push_back(kind == 2 ? midline() : spread(kind == 0 ? 4.0 : 0.01));
             ExpectLiteralLeaves(points);
         }
-}
-
-TEST(QuadTree, EndsOfTheRangesBelongToTheOuterCells)
-{
+    // What lies at the ends of the ranges belongs to the outer cells.
     const double turn = literal::twoPi;
     std::vector<QuadPoint> points;
     for (const double phi : {0.0, 5e-324, turn / 2, std::nextafter(turn, 0.0), turn,
                              std::nextafter(turn, 7.0), turn * (1 + 1e-7)})
         for (const double cosTheta : {-1.0, std::nextafter(-1.0, 0.0), -5e-324, 0.0, 1e-20, 1.0})
-            for (int copies = 0; copies < 2; ++copies)
-                points.push_back({phi, cosTheta});
+            points.insert(points.end(), 2, {phi, cosTheta});
     ExpectLiteralLeaves(points);
 }
 

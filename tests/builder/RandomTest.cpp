@@ -75,11 +75,10 @@ TEST(Random, IsTheRuntimesOwn)
 TEST(Random, GaussDensity)
 {
     EXPECT_EQ(GaussDensity(0.0, 0.0, 1.0), 0.3989422803558185);
-    EXPECT_NEAR(GaussDensity(1.0, 0.0, 1.0), 0.24197072449147697, 1e-16);
     EXPECT_TRUE(std::isnan(GaussDensity(0.0, 0.0, 0.0)));
-    EXPECT_EQ(GaussDensity(3.0, 2.5, -0.7), -GaussDensity(3.0, 2.5, 0.7));
     for (const double x : {-3.0, -0.37, 0.4, 1.1, 40.0})
-        EXPECT_EQ(GaussDensity(x, 0.4, 0.7), literal::GaussDensity(x, 0.4, 0.7));
+        for (const double stdDev : {0.7, -0.7})
+            EXPECT_EQ(GaussDensity(x, 0.4, stdDev), literal::GaussDensity(x, 0.4, stdDev));
 }
 
 } // namespace

@@ -125,6 +125,10 @@ class FailureTest(WorldTest):
 
     def test_import_is_whole_or_not_at_all(self):
         self.assertEqual(IMPORT_FAULTS, [])
+        HOST.HostExpect("TeskRegisterToModule", THROWS, 1)
+        self.assertRaises(RuntimeError, ctypes.PyDLL(_Orvane.__file__).init_Orvane)
+        HOST.HostObey()
+        self.assertIs(sys.modules.get("_Orvane"), _Orvane)  # for it was there before
         self.assertEqual(sorted(name for name in dir(_Orvane) if name[0] != "_"),
                          ["SHBuilder", "SphericalHarmonic"])
 

@@ -35,32 +35,31 @@ PyCFunction Entry(ClassDescriptor *descriptor, const std::string &name)
     return method->ml_meth;
 }
 
-TEST(Entry, MissingTupleHasNoArguments)
-{
-    ClassDescriptor *const descriptor = SphericalHarmonic::StaticClassDescriptor();
-    const Reference set(New("SphericalHarmonic"));
-    const Reference cleaned(Entry(descriptor, "Clean")(set.Get(), nullptr));
-    EXPECT_EQ(cleaned.Get(), Py_None);
-    EXPECT_EQ(Entry(descriptor, "SetNumBands")(set.Get(), nullptr), nullptr);
-    EXPECT_EQ(TakeError(), "TypeError: Function expects 1 argument.");
-    EXPECT_EQ(Entry(descriptor, "SetCoefficient")(set.Get(), nullptr), nullptr);
-    EXPECT_EQ(TakeError(), "TypeError: Function expects 2 arguments.");
-}
-
-TEST(Entry, TakesATupleAndNothingElse)
+TEST(Entry, TakesATupleOrNothing)
 {
     const Reference set(New("SphericalHarmonic")), builder(New("SHBuilder")), list(PyList_New(1));
-    const auto refuses = [](PyObject *result) {
-        EXPECT_EQ(result, nullptr);
-        EXPECT_EQ(TakeError(), "TypeError: Function expects a tuple of arguments.");
-    };
-    const PyCFunction clean = Entry(SphericalHarmonic::StaticClassDescriptor(), "Clean");
+    ClassDescriptor *const sets = SphericalHarmonic::StaticClassDescriptor();
+    const PyCFunction clean = Entry(sets, "Clean"), view = Entry(sets, "GetAsBuffer");
     const PyCFunction copy = Entry(SHBuilder::StaticClassDescriptor(), "CopySH");
-    refuses(clean(set.Get(), list.Get()));
-    refuses(copy(builder.Get(), list.Get()));
-    refuses(copy(builder.Get(), nullptr));
+    const char *const noTuple = "TypeError: Function expects a tuple of arguments.";
+    const Reference cleaned(clean(set.Get(), nullptr));
+    EXPECT_EQ(cleaned.Get(), Py_None);
+    const struct {
+        PyCFunction entry;
+        const Reference &self;
+        PyObject *arguments;
+        const char *error;
+    } cases[] = {
+        {Entry(sets, "SetNumBands"), set, nullptr, "TypeError: Function expects 1 argument."},
+        {Entry(sets, "SetCoefficient"), set, nullptr, "TypeError: Function expects 2 arguments."},
+        {clean, set, list.Get(), noTuple},
+        {copy, builder, list.Get(), noTuple},
+        {copy, builder, nullptr, noTuple}};
+    for (const auto &[entry, self, arguments, error] : cases) {
+        EXPECT_EQ(entry(self.Get(), arguments), nullptr);
+        EXPECT_EQ(TakeError(), error);
+    }
     // Direct style looks at no arguments.
-    const PyCFunction view = Entry(SphericalHarmonic::StaticClassDescriptor(), "GetAsBuffer");
     for (PyObject *arguments : {static_cast<PyObject *>(nullptr), list.Get()})
         EXPECT_EQ(PyObject_Size(Reference(view(set.Get(), arguments)).Get()), 0);
 }

@@ -29,6 +29,7 @@ TEST(Processor, EverySetNeedsAllOfItsFeatures)
          {&platform::ProcessorFeatures::fma, &platform::ProcessorFeatures::avx2,
           &platform::ProcessorFeatures::avx512f, &platform::ProcessorFeatures::avx512dq,
           &platform::ProcessorFeatures::avx512bw, &platform::ProcessorFeatures::avx512vl}) {
+        EXPECT_FALSE(platform::ProcessorFeatures{}.*missing);
         platform::ProcessorFeatures some = all;
         some.*missing = false;
         EXPECT_FALSE(IsSupported(InstructionSet::Avx512, some));

@@ -163,7 +163,8 @@ class TeskRunTest(unittest.TestCase):
         with os.fdopen(number, "w") as script:
             script.write(text)
         process = subprocess.Popen([self.RUNNER, name] + list(arguments), universal_newlines=True,
-                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                   env=dict(os.environ, PATH=""))
         output, errors = process.communicate()
         return process.returncode, output, errors
 
@@ -173,6 +174,7 @@ class TeskRunTest(unittest.TestCase):
                 ("import sys; sys.exit()", 0),
                 ("import sys; sys.exit(7)", 7),
                 ("import sys; sys.exit('no')", 1),
+                ("import _Orvane, sys; sys.exit(_Orvane.SHBuilder())", 1),
                 ("raise ValueError(1)", 1),
                 ("syntax error", 1),
                 # Cycles and what is used at exit are no leak.
@@ -189,7 +191,8 @@ class TeskRunTest(unittest.TestCase):
                  "fail(None, *[ctypes.c_void_p(text())] * 2 + [7])\n" % HOST._name, 1)]:
             status, _, errors = self.run_script(text)
             self.assertEqual(status, expected, text + errors)
-            self.assertIn("\ntotal: " if "import _Orvane" in text else "total: ", errors)
+            self.assertIn("%stotal: %d live objects" % (
+                "\n" if "import _Orvane" in text else "", LEAK in text), errors)
 
     def test_no_script(self):
         for arguments, text in ([], "usage: "), (["/no such file"], "No such file"):
@@ -202,14 +205,14 @@ class TeskRunTest(unittest.TestCase):
         status, output, errors = self.run_script(
             "import os, sys, _Orvane\n"
             "print sys.getrefcount(sys.path[1])  # list, importers' cache, call\n"
-            "print __name__, sys.argv == [__file__, 'a', 'b']\n"
+            "print __name__, sys.argv == [__file__, 'a', 'b'], os.path.exists(sys.executable)\n"
             "print [os.path.realpath(path) for path in sys.path[:2]] == map(\n"
             "    os.path.realpath, map(os.path.dirname, (__file__, _Orvane.__file__)))\n"
             "import atexit\n"
             "def count():\n"
             "    print sys.getrefcount(__file__)\n"
             "atexit.register(count)\n", "a", "b")
-        self.assertEqual((status, output), (0, "3\n__main__ True\nTrue\n2\n"), errors)
+        self.assertEqual((status, output), (0, "3\n__main__ True True\nTrue\n2\n"), errors)
 
 
 if __name__ == "__main__":

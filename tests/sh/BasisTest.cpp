@@ -17,12 +17,6 @@ namespace {
 TEST(Basis, NormalisesEveryFunction)
 {
     const auto &table = NormalisationTable();
-    const std::pair<int, double> telling[] = {{0, 0.28209479177387814},   {1, 0.48860251190292},
-                                              {2, 0.4886025119029199},    {3, 0.48860251190292},
-                                              {4, 0.18209140509867985},   {6, 0.6307831305050401},
-                                              {899, 1.99871226711031e-39}};
-    for (const auto &[index, value] : telling)
-        EXPECT_EQ(table[index], value) << index;
     for (int l = 0; l < tableBands; ++l)
         for (int m = -l; m <= l; ++m) {
             EXPECT_EQ(table[CoefficientIndex(l, m)],
@@ -39,8 +33,6 @@ TEST(Basis, NormalisesEveryFunction)
 
 TEST(Basis, LegendreFunctionsAgreeWithTheStandardLibrary)
 {
-    EXPECT_EQ(LegendreP(0, 0, 0.3), 1.0);
-    EXPECT_EQ(LegendreP(1, 1, 0.3), -std::sqrt((1 - 0.3) * (0.3 + 1)));
     EXPECT_EQ(LegendreP(2, 3, 0.3), 0.0);
     for (const double x : {-1.0, -0.9, -0.3, 0.0, 0.4, 0.99, 1.0})
         for (int l = 0; l < tableBands; ++l)
@@ -61,9 +53,6 @@ TEST(Basis, FoldsAnglesAsSubtractingTurnsDoes)
         expected.push_back(literal::WrapAngle(angle));
     }
     EXPECT_TRUE(SameBits(folded, expected));
-    EXPECT_EQ(WrapAngle(TWO_PI_F), TWO_PI_F);
-    EXPECT_EQ(WrapAngle(-0.5), -0.5 + TWO_PI_F);
-    EXPECT_EQ(WrapAngle(7.0), 7.0 - TWO_PI_F);
 }
 
 // From 2^32 on each step rounds. The values are those of the loop itself, which takes up to four

@@ -11,53 +11,32 @@ namespace {
 
 using orvane::LegendrePair;
 
-/// Nodes and weights of Gauss's rule on [-1, 1], by Newton's method from Legendre's polynomial.
-struct GaussRule {
-    static constexpr int size = 32;
-    long double node[size], weight[size];
-
-    GaussRule()
-    {
-        for (int i = 0; i < size; ++i) {
-            long double x = std::cos(3.14159265358979L * (i + 0.75L) / (size + 0.5L));
-            long double slope = 0;
-            for (int iteration = 0; iteration < 8; ++iteration) {
-                long double before = 1, value = x;
-                for (int n = 2; n <= size; ++n)
-                    before = std::exchange(value, ((2 * n - 1) * x * value - (n - 1) * before) / n);
-                slope = size * (x * value - before) / (x * x - 1);
-                x -= value / slope;
-            }
-            node[i] = x;
-            weight[i] = 2 / ((1 - x * x) * slope * slope);
-        }
-    }
-};
-
-/// The integrals over theta of P(l, m, cos theta) sin theta, and the largest |P| met.
+/// The integrals over theta of P(l, m, cos theta) sin theta, and the largest |P| met. By the tanh-sinh
+/// rule: theta = middle + half the width * tanh(pi / 2 sinh t) at equal steps of t.
 struct Quadrature {
     long double integral[orvane::legendrePairs] = {};
     double largest[orvane::legendrePairs] = {};
 
     Quadrature(double lower, double upper)
     {
-        static const GaussRule rule;
         const long double first = std::acos(static_cast<long double>(upper));
-        const long double width = std::acos(static_cast<long double>(lower)) - first;
-        const int pieces = 1 + static_cast<int>(width * 3);
-        for (int piece = 0; piece < pieces; ++piece)
-            for (int i = 0; i < rule.size; ++i) {
-                const long double theta = first + width / pieces * (piece + (1 + rule.node[i]) / 2);
-                const double x = static_cast<double>(std::cos(theta));
-                for (int l = 0; l < 30; ++l)
-                    for (int m = 0; m <= l; ++m) {
-                        const double p = literal::LegendreP(l, m, x);
-                        integral[LegendrePair(l, m)] +=
-                            p * std::sin(theta) * rule.weight[i] * width / (2 * pieces);
-                        largest[LegendrePair(l, m)] =
-                            std::max(largest[LegendrePair(l, m)], std::abs(p));
-                    }
-            }
+        const long double half = (std::acos(static_cast<long double>(lower)) - first) / 2;
+        constexpr long double step = 1 / 24.0L;
+        constexpr long double quarterTurn = 1.57079632679489661923L;
+        for (int i = -96; i <= 96; ++i) {
+            const long double at = quarterTurn * std::sinh(i * step);
+            const long double theta = first + half * (1 + std::tanh(at));
+            const long double weight =
+                half * step * quarterTurn * std::cosh(i * step) / (std::cosh(at) * std::cosh(at));
+            const double x = static_cast<double>(std::cos(theta));
+            for (int l = 0; l < 30; ++l)
+                for (int m = 0; m <= l; ++m) {
+                    const double p = literal::LegendreP(l, m, x);
+                    double &most = largest[LegendrePair(l, m)];
+                    integral[LegendrePair(l, m)] += p * std::sin(theta) * weight;
+                    most = std::max(most, std::abs(p));
+                }
+        }
     }
 };
 
