@@ -1,4 +1,4 @@
-"""docs/limits-and-errors.md: every line raises what it says and changes nothing, and every text that
+"""Every line of docs/limits-and-errors.md raises what it says and changes nothing, and every text that
 the sources raise is on the page."""
 
 import glob

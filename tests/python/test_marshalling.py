@@ -1,4 +1,4 @@
-"""How arguments come in and results go out, for every method: counts, types, messages, references."""
+"""How arguments come in and results go out: counts, types, messages and references."""
 
 import unittest
 
