@@ -1,7 +1,10 @@
-"""What the package's tests share: refusals, folders of their own, little memory."""
+"""What the package's tests share: refusals, folders of their own, captured output, little memory."""
 
+import contextlib
 import os
 import shutil
+import StringIO
+import sys
 import tempfile
 import unittest
 
@@ -22,6 +25,17 @@ class KitTest(unittest.TestCase):
         else:
             self.fail("%s: gave %r" % (words, result))
 
+    def replace(self, owner, name, value):
+        """Gives an attribute of a module or class another value until the test ends."""
+        self.addCleanup(setattr, owner, name, getattr(owner, name))
+        setattr(owner, name, value)
+
+    def assert_near(self, found, expected, tolerance, name=None):
+        """Compares numbers one by one."""
+        self.assertEqual(len(found), len(expected), name)
+        for one, other in zip(found, expected):
+            self.assertTrue(abs(one - other) <= tolerance, (name, found, expected))
+
 
 class FolderTest(KitTest):
     """Each test in an empty folder, which is entered."""
@@ -39,6 +53,18 @@ class FolderTest(KitTest):
     def read(self, name):
         with open(name, "rb") as opened:
             return opened.read()
+
+
+@contextlib.contextmanager
+def captured():
+    """What is written to stdout and stderr, as a pair of streams."""
+    streams = StringIO.StringIO(), StringIO.StringIO()
+    before = sys.stdout, sys.stderr
+    sys.stdout, sys.stderr = streams
+    try:
+        yield streams
+    finally:
+        sys.stdout, sys.stderr = before
 
 
 class LimitedMemory(object):

@@ -1,16 +1,14 @@
 """python2.7 -m orvanekit: what it makes, refuses and leaves behind."""
 
-import contextlib
 import math
 import os
 import re
 import shlex
 import StringIO
-import sys
 import unittest
 import urllib
 
-from fixtures import FolderTest
+from fixtures import FolderTest, captured
 from orvanekit import (coefficients, load, load_with_notes, make_set, read_image, save,
                        write_image)
 from orvanekit import command_line, commands, files
@@ -18,18 +16,6 @@ from orvanekit.commands import COMMANDS
 from orvanekit.progress import Progress
 
 WHOLE = math.sqrt(4 * math.pi)
-
-
-@contextlib.contextmanager
-def captured():
-    """What is written to stdout and stderr, as a pair of streams."""
-    streams = StringIO.StringIO(), StringIO.StringIO()
-    before = sys.stdout, sys.stderr
-    sys.stdout, sys.stderr = streams
-    try:
-        yield streams
-    finally:
-        sys.stdout, sys.stderr = before
 
 
 class CommandLineTest(FolderTest):
@@ -51,10 +37,7 @@ class CommandLineTest(FolderTest):
 
 class CommandsTest(CommandLineTest):
     def assert_set(self, path, expected):
-        found = coefficients(load(path))
-        self.assertEqual(len(found), len(expected))
-        for one, other in zip(found, expected):
-            self.assertAlmostEqual(one, other, 5)
+        self.assert_near(coefficients(load(path)), expected, 1e-5)
 
     def test_info(self):
         save("a.json", make_set([2 * WHOLE, 0, 3, 4]), source=u"caf\xe9")
@@ -84,8 +67,7 @@ class CommandsTest(CommandLineTest):
         self.run_well("render b.json b.png --width 6")
         width, height, colours = read_image("b.png", True)
         self.assertEqual((width, height), (6, 3))
-        for channel, expected in zip(colours, (1, 0, 0.2)):
-            self.assertTrue(abs(channel[0] - expected) < 0.01)
+        self.assert_near([channel[0] for channel in colours], (1, 0, 0.2), 0.01)
         self.run_well("render a.json a.png --globe --width 9 --grey --least 0 --greatest 1")
         self.assertEqual(read_image("a.png")[:2], (9, 9))
         self.assertTrue(abs(read_image("a.png")[2][40] - 0.5) < 0.01)
@@ -132,8 +114,8 @@ class CommandsTest(CommandLineTest):
         save("a.json", make_set(values))
         self.run_well("convert a.json a.csv --normalisation 4pi --no-condon-shortley "
                       "--order descending")
-        for one, other in zip(map(float, self.read("a.csv").split()), [1, -2 / WHOLE, -0.25 / WHOLE, -0.5 / WHOLE]):
-            self.assertAlmostEqual(one, other, 6)
+        self.assert_near(map(float, self.read("a.csv").split()),
+                         [1, -2 / WHOLE, -0.25 / WHOLE, -0.5 / WHOLE], 1e-6)
         self.run_well("convert a.csv b.json --normalisation 4pi --no-condon-shortley "
                       "--order descending")
         self.assert_set("b.json", values)
@@ -156,18 +138,13 @@ class CommandsTest(CommandLineTest):
         save("a b.json", make_set([1.0]))
         save("c.json", 3 * (make_set([1.0]),))
         opened = []
-        before, commands.webbrowser.open = (commands.webbrowser.open,
-                                            lambda address: not opened.append(address))
-        try:
-            self.assertEqual(self.run_well("view 'a b.json' --open"), "a b.html\n")
-        finally:
-            commands.webbrowser.open = before
+        self.replace(commands.webbrowser, "open", lambda address: not opened.append(address))
+        self.assertEqual(self.run_well("view 'a b.json' --open"), "a b.html\n")
         path = urllib.pathname2url(os.path.abspath("a b.html"))
         self.assertEqual(opened, ["file://" + path.replace("///", "/")])
         self.run_well("view 'a b.json' c.json -o d.html --title '<\xc3\xa9>'")
         for name, title in (("a b.html", "a b"), ("d.html", "&lt;&#233;&gt;")):
-            with open(name) as page:
-                self.assertIn("<title>%s</title>" % title, page.read())
+            self.assertIn("<title>%s</title>" % title, self.read(name))
 
 
 class RefusalTest(CommandLineTest):
@@ -230,12 +207,8 @@ class RefusalTest(CommandLineTest):
 
         def interrupted(*_):
             raise KeyboardInterrupt
-        rename = files.os.rename
-        files.os.rename = interrupted
-        try:
-            self.assertEqual(self.run_line("filter a.json b.json --hann"), (130, "", ""))
-        finally:
-            files.os.rename = rename
+        self.replace(files.os, "rename", interrupted)
+        self.assertEqual(self.run_line("filter a.json b.json --hann"), (130, "", ""))
         self.assertEqual(sorted(os.listdir(".")), before)
 
 
