@@ -56,8 +56,8 @@ COPY = "world.builder.CopySH(world.set)"
 NEW = "_Orvane.SphericalHarmonic()"
 SIZE = "world.set.SetNumBands(2)"
 
-# An operation, what a script does, and what it gets where the operation refuses and where it throws;
-# None where there is no way to refuse.
+# An operation, what a script does, and what it gets where the operation refuses (None where it has
+# no way to) and where it throws.
 FAILURES = [
     ("TeskCreateInstance", COPY,
      "RuntimeError: TeskCreateInstance failed for class SphericalHarmonic", THROWN),

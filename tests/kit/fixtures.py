@@ -1,4 +1,4 @@
-"""What the package's tests share: refusals, folders of their own, captured output, little memory."""
+"""What the package's tests share: refusals, empty folders, captured output, little memory."""
 
 import contextlib
 import os

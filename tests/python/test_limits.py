@@ -1,5 +1,5 @@
-"""Every line of docs/limits-and-errors.md raises what it says and changes nothing, and every text that
-the sources raise is on the page."""
+"""Every line of docs/limits-and-errors.md raises what it says and changes nothing, and every text
+that the sources raise is on the page."""
 
 import glob
 import os
