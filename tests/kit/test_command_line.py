@@ -72,42 +72,35 @@ class CommandsTest(CommandLineTest):
         self.assertEqual(read_image("a.png")[:2], (9, 9))
         self.assertTrue(abs(read_image("a.png")[2][40] - 0.5) < 0.01)
 
-    def test_filter(self):
-        save("a.json", make_set([5.0 * WHOLE] + 8 * [1.0]))
-        half = math.sqrt(math.log(2))
-        for options, windows in (
-                ("--irradiance", (1, 2 / 3., 1 / 4.)), ("--dering", (1, 1, 1)),
-                ("--heat %r" % half, (1, 1 / 2., 1 / 8.)),
-                ("--cap %r" % (math.pi / 2), (1, 1 / 2., 0))):
-            self.run_well("filter a.json b.json " + options)
-            self.assert_set("b.json", [5 * WHOLE] + 3 * [windows[1]] + 5 * [windows[2]])
-        for name in ("hann", "lanczos"):
-            self.run_well("filter a.json b.json --" + name)
-            found = coefficients(load("b.json"))
-            self.assertTrue(found[0] > 5 and 1 > found[1] == found[3] > found[4] > 0, name)
-
-    def test_rotate(self):
-        # A quarter about z takes x to y: order 1 to order -1.
-        save("a.json", make_set([1, 0, 0, -1.0]), source="x.png", exposure=2)
-        self.run_well("rotate a.json b.json --axis 0 0 2 --angle 90")
-        self.assert_set("b.json", [1, -1, 0, 0])
-        self.assertEqual(load_with_notes("b.json")[1], {"source": "x.png"})
-        self.run_well("rotate a.json b.json --axis 0 1 0 --angle -90")
-        self.assert_set("b.json", [1, 0, 1, 0])
-
-    def test_combine(self):
+    def test_filter_rotate_combine(self):
         save("a.json", make_set([2 * WHOLE]))
         save("b.json", make_set([3 * WHOLE, 0, 1, 0]))
-        for options, expected in (("a.json b.json c.json --sum", [5 * WHOLE, 0, 1, 0]),
-                                  ("a.json b.json c.json --difference", [-WHOLE, 0, -1, 0]),
-                                  ("a.json b.json c.json --blend 0.25", [2.25 * WHOLE, 0, .25, 0]),
-                                  ("a.json b.json c.json --product --bands 2",
-                                   [6 * WHOLE, 0, 2, 0]),
-                                  ("a.json b.json c.json --max --bands 2", [3 * WHOLE, 0, 1, 0]),
-                                  ("a.json b.json c.json --min --bands 2", [2 * WHOLE, 0, 0, 0]),
-                                  ("a.json c.json --threshold 1.5 --bands 1", [WHOLE])):
-            self.run_well("combine " + options)
+        # A quarter about z takes x to y: order 1 to order -1.
+        save("x.json", make_set([1, 0, 0, -1.0]), source="x.png", exposure=2)
+        half, lanczos = math.sqrt(math.log(2)), 1.5 * math.sqrt(3) / math.pi  # sinc(1 / 3)
+        save("bands.json", make_set([5.0 * WHOLE] + 8 * [1.0]))
+
+        def windowed(one, two):
+            return [5 * WHOLE] + 3 * [one] + 5 * [two]
+        for line, expected in (
+                ("filter bands.json c.json --irradiance", windowed(2 / 3., 1 / 4.)),
+                ("filter bands.json c.json --dering", windowed(1, 1)),
+                ("filter bands.json c.json --heat %r" % half, windowed(1 / 2., 1 / 8.)),
+                ("filter bands.json c.json --cap %r" % (math.pi / 2), windowed(1 / 2., 0)),
+                ("filter bands.json c.json --hann", windowed(3 / 4., 1 / 4.)),
+                ("filter bands.json c.json --lanczos", windowed(lanczos, lanczos / 2)),
+                ("rotate x.json c.json --axis 0 1 0 --angle -90", [1, 0, 1, 0]),
+                ("combine a.json b.json c.json --sum", [5 * WHOLE, 0, 1, 0]),
+                ("combine a.json b.json c.json --difference", [-WHOLE, 0, -1, 0]),
+                ("combine a.json b.json c.json --blend 0.25", [2.25 * WHOLE, 0, .25, 0]),
+                ("combine a.json b.json c.json --product --bands 2", [6 * WHOLE, 0, 2, 0]),
+                ("combine a.json b.json c.json --max --bands 2", [3 * WHOLE, 0, 1, 0]),
+                ("combine a.json b.json c.json --min --bands 2", [2 * WHOLE, 0, 0, 0]),
+                ("combine a.json c.json --threshold 1.5 --bands 1", [WHOLE]),
+                ("rotate x.json c.json --axis 0 0 2 --angle 90", [1, -1, 0, 0])):
+            self.run_well(line)
             self.assert_set("c.json", expected)
+        self.assertEqual(load_with_notes("c.json")[1], {"source": "x.png"})
 
     def test_convert(self):
         values = [WHOLE, 0.5, -0.25, 2.0]
