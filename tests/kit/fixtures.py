@@ -54,6 +54,30 @@ class FolderTest(KitTest):
         with open(name, "rb") as opened:
             return opened.read()
 
+    def count_refusals(self, path, texts, load):
+        """How many texts of a file are refused, as they have to be: by a ValueError with its path."""
+        refused = 0
+        for text in texts:
+            self.write(path, text)
+            try:
+                load(path)
+            except ValueError as error:
+                self.assertTrue(str(error).startswith(path + ": "), error)
+                refused += 1
+            # Some file systems wait for the disk where a file is written over.
+            os.remove(path)
+        return refused
+
+
+def damaged(contents, numbers, pieces):
+    """The bytes with pieces put in at one to four places, half of them near the beginning; at each
+    up to nine bytes go."""
+    result = bytearray(contents)
+    for _ in range(numbers.randint(1, 4)):
+        at = numbers.randrange(min(len(result), numbers.choice((90, 1 << 30))))
+        result[at:at + numbers.choice((0, 1, 1, 9))] = numbers.choice(pieces)
+    return bytes(result)
+
 
 @contextlib.contextmanager
 def captured():
