@@ -34,4 +34,5 @@ fi
 for each; do
     source "tests/farm/$each.sh"
 done
+source bench/farm/workers.sh
 Report

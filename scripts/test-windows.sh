@@ -25,7 +25,7 @@ ctest --preset windows --parallel 1
 
 echo
 echo "Left out, as Windows makes it impossible:"
-echo "- tests/host (a host in front of the stand-in, ends of a process, unloading, namesakes): there is"
+echo "- tests/host (a host in front of the stand-in, ends of a process, unloading): there is"
 echo "  no preloading, and symbols are bound to a library by name"
 echo "- tests/scripts: they find and build a Python on Linux"
 echo "- sanitizers and fuzzers: MinGW has none"

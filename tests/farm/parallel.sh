@@ -1,30 +1,23 @@
 # Sourced by scripts/test-farm.sh: GNU parallel on this machine.
 
-start=$(Now)
+Begin "parallel, two workers, $parts parts"
 Parallel "$temp/parallel-2" -j 2
-Same "parallel, two workers, $parts parts" "$start" "$temp/parallel-2"
-start=$(Now)
+Same "$temp/parallel-2"
+Begin "GNU parallel"
 work=true Parallel "$temp/parallel-2" -j 2
-Overhead "GNU parallel" "$start"
+Overhead
 
-start=$(Now)
-fault="parallel, a worker killed, --retries 3"
-Parallel "$temp/parallel-kill" -j 2 --retries 3 --joblog "$temp/kill.log" &
-engine=$!
-started+=("$engine")
-WaitFor 60 HasResults "$temp/parallel-kill" 60 && WaitFor 5 LoseWorker ||
-    Wrong "$fault" "$start" "no worker was killed"
-wait "$engine" || Wrong "$fault" "$start" "parallel failed: $(<"$temp/words")"
-Same "$fault" "$start" "$temp/parallel-kill"
+Begin "parallel, a worker killed, --retries 3"
+Start Parallel "$temp/parallel-kill" -j 2 --retries 3 --joblog "$temp/kill.log"
+Lose "$temp/parallel-kill" LoseWorker
+wait "$child" || Wrong "parallel failed: $(<"$temp/words")"
+Same "$temp/parallel-kill"
 
-start=$(Now)
-fault="parallel killed with its workers, --joblog, --resume-failed"
-Parallel "$temp/parallel-resume" -j 2 --joblog "$temp/resume.log" &
-engine=$!
-started+=("$engine")
-WaitFor 60 HasResults "$temp/parallel-resume" 60 || Wrong "$fault" "$start" "no results"
-End "$engine"
+Begin "parallel killed with its workers, --joblog, --resume-failed"
+Start Parallel "$temp/parallel-resume" -j 2 --joblog "$temp/resume.log"
+Lose "$temp/parallel-resume" End "$child"
 before=$(tail -n +2 "$temp/resume.log" | wc -l)
-((before < parts)) || Wrong "$fault" "$start" "parallel had done all"
+((before < parts)) || Wrong "parallel had done all"
 Parallel "$temp/parallel-resume" -j 2 --joblog "$temp/resume.log" --resume-failed
-Same "$fault, $before parts logged" "$start" "$temp/parallel-resume"
+fault+=", $before parts logged"
+Same "$temp/parallel-resume"

@@ -37,13 +37,9 @@ mkdir "$temp"/slurm/{state,n1,n2}
 head -c 1024 /dev/urandom >"$temp/slurm/key"
 chmod 600 "$temp/slurm/key"
 
-# Daemon NAME COMMAND...: starts it, and sets `daemon` to its id.
+# Daemon NAME COMMAND...: starts it.
 Daemon() {
-    local log=$temp/slurm/$1.out
-    shift
-    "$@" >"$log" 2>&1 &
-    daemon=$!
-    started+=("$daemon")
+    Start "${@:2}" >"$temp/slurm/$1.out" 2>&1
 }
 
 # Array FOLDER: all the parts as an array job.
@@ -68,6 +64,10 @@ Requeued() {
     scontrol show jobs | grep -c 'Restarts=[1-9]' || true
 }
 
+# Finish: waits until no part is left.
+Finish() {
+    WaitFor 240 Ended || Wrong "not ended"
+}
 Ended() {
     [[ -z $(squeue --noheader) ]]
 }
@@ -75,7 +75,7 @@ IsUp() {
     [[ $(sinfo --noheader --format %t%D) == idle2 ]]
 }
 
-start=$(Now)
+Begin "Slurm, two nodes up"
 Daemon munge munged --foreground --force --key-file="$temp/slurm/key" --socket="$temp/slurm/munge" \
     --pid-file="$temp/slurm/munge.pid" --log-file="$temp/slurm/munge.log" \
     --seed-file="$temp/slurm/seed"
@@ -83,35 +83,33 @@ WaitFor 10 test -S "$temp/slurm/munge" || Fail "no munge: $(cat "$temp"/slurm/mu
 Daemon ctld slurmctld -D
 Daemon n1 slurmd -D -N n1
 Daemon n2 slurmd -D -N n2
-node=$daemon
+node=$child
 WaitFor 60 IsUp || Fail "no cluster: $(tail -n 3 "$temp"/slurm/*.{out,log})"
-Say "Slurm, two nodes up" "$(Since "$start")" ""
+Say ""
 
-start=$(Now)
+Begin "Slurm, an array of $parts on two nodes"
 Array "$temp/slurm-2"
-WaitFor 240 Ended || Wrong "Slurm" "$start" "not ended"
-Same "Slurm, an array of $parts on two nodes" "$start" "$temp/slurm-2"
-start=$(Now)
+Finish
+Same "$temp/slurm-2"
+Begin "Slurm"
 work=true Array "$temp/slurm-2"
-WaitFor 240 Ended || Wrong "Slurm" "$start" "not ended"
-Overhead "Slurm" "$start"
+Finish
+Overhead
 
-start=$(Now)
-fault="Slurm, a worker killed, RequeueExit=137"
+Begin "Slurm, a worker killed, RequeueExit=137"
 Array "$temp/slurm-kill"
-WaitFor 120 HasResults "$temp/slurm-kill" 60 && WaitFor 20 LoseWorker n1 ||
-    Wrong "$fault" "$start" "no worker was killed"
-WaitFor 240 Ended || Wrong "$fault" "$start" "not ended"
+Lose "$temp/slurm-kill" LoseWorker n1
+Finish
 before=$(Requeued)
-((before > 0)) || Wrong "$fault" "$start" "no part was queued again"
-Same "$fault ($before)" "$start" "$temp/slurm-kill"
+((before > 0)) || Wrong "no part was queued again"
+fault+=" ($before)"
+Same "$temp/slurm-kill"
 
-start=$(Now)
-fault="Slurm, one of two nodes lost, --requeue"
+Begin "Slurm, one of two nodes lost, --requeue"
 Array "$temp/slurm-lost"
-WaitFor 120 HasResults "$temp/slurm-lost" 60 && WaitFor 20 LoseNode n2 ||
-    Wrong "$fault" "$start" "no node was lost"
-WaitFor 240 Ended || Wrong "$fault" "$start" "not ended"
+Lose "$temp/slurm-lost" LoseNode n2
+Finish
 lost=$(($(Requeued) - before))
-((lost > 0)) || Wrong "$fault" "$start" "no part was queued again"
-Same "$fault ($lost)" "$start" "$temp/slurm-lost"
+((lost > 0)) || Wrong "no part was queued again"
+fault+=" ($lost)"
+Same "$temp/slurm-lost"

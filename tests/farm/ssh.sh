@@ -27,9 +27,8 @@ PasswordAuthentication no
 MaxStartups 100
 MaxSessions 100
 END
-    "$(command -v sshd)" -D -e -f "$temp/ssh/$1.conf" 2>>"$temp/ssh/$1.log" &
-    machine=$!
-    started+=("$machine")
+    Start "$(command -v sshd)" -D -e -f "$temp/ssh/$1.conf" 2>>"$temp/ssh/$1.log"
+    machine=$child
     cat >>"$temp/ssh/config" <<END
 Host $1
     HostName 127.0.0.1
@@ -51,12 +50,12 @@ StartMachine one
 StartMachine two
 overSsh=(--sshloginfile "$temp/ssh/machines" --retries 5 --workdir . --env PYTHONPATH)
 
-start=$(Now)
+Begin "parallel over ssh, two machines"
 Parallel "$temp/ssh-2" "${overSsh[@]}"
-Same "parallel over ssh, two machines" "$start" "$temp/ssh-2"
-start=$(Now)
+Same "$temp/ssh-2"
+Begin "GNU parallel over ssh"
 work=true Parallel "$temp/ssh-2" "${overSsh[@]}"
-Overhead "GNU parallel over ssh" "$start"
+Overhead
 
 # LoseMachine: ends the daemon, its sessions and the worker at work there.
 LoseMachine() {
@@ -65,12 +64,8 @@ LoseMachine() {
     [[ -n $worker ]] && kill -STOP "$worker" && End "$machine"
 }
 
-start=$(Now)
-fault="parallel over ssh, one of two machines lost, --retries 5"
-Parallel "$temp/ssh-lost" "${overSsh[@]}" &
-engine=$!
-started+=("$engine")
-WaitFor 60 HasResults "$temp/ssh-lost" 60 && WaitFor 20 LoseMachine ||
-    Wrong "$fault" "$start" "no machine was lost"
-wait "$engine" || Wrong "$fault" "$start" "parallel failed: $(<"$temp/words")"
-Same "$fault" "$start" "$temp/ssh-lost"
+Begin "parallel over ssh, one of two machines lost, --retries 5"
+Start Parallel "$temp/ssh-lost" "${overSsh[@]}"
+Lose "$temp/ssh-lost" LoseMachine
+wait "$child" || Wrong "parallel failed: $(<"$temp/words")"
+Same "$temp/ssh-lost"

@@ -71,9 +71,17 @@ Now() {
     echo "${EPOCHREALTIME/[.,]/}" # microseconds
 }
 
-# Since START: seconds with a decimal.
-Since() {
-    awk -v from="$1" -v to="$(Now)" 'BEGIN { printf "%.1f", (to - from) / 1e6 }'
+# Begin WORDS: the fault, or what else is tried from now on.
+Begin() {
+    fault=$1
+    start=$(Now)
+}
+
+# Start COMMAND...: in the background; sets `child` to its id.
+Start() {
+    "$@" &
+    child=$!
+    started+=("$child")
 }
 
 # WaitFor SECONDS COMMAND...: until it succeeds.
@@ -101,6 +109,11 @@ HoldWorker() {
 # LoseWorker [NODE]: ends a worker at work, there.
 LoseWorker() {
     HoldWorker "$@" && kill -KILL "$held"
+}
+
+# Lose FOLDER COMMAND...: once there are some results, what the command ends.
+Lose() {
+    WaitFor 120 HasResults "$1" 60 && WaitFor 20 "${@:2}" || Wrong "nothing was lost"
 }
 
 # HasResults FOLDER COUNT: whether there are as many.
@@ -144,41 +157,38 @@ Join() {
     "$PYTHON2" -m orvanekit join "$@"
 }
 
+# Say WORDS: of what has begun, with the seconds since.
 Say() {
-    printf '%-62s %6s s  %s\n' "$@"
+    printf '%-62s %6.1f s  %s\n' "$fault" "$(($(Now) - start))e-6" "$1"
 }
 
-# Wrong FAULT START WORDS
 Wrong() {
-    Say "$1" "$(Since "$2")" "FAILED: $3"
+    Say "FAILED: $1"
     failures=$((failures + 1))
 }
 
-# Same FAULT START FOLDER: whether every result is there and has the bytes of the one process.
+# Same FOLDER: whether every result is there and has the bytes of the one process.
 Same() {
-    local seconds
-    seconds=$(Since "$2")
-    if ! Join "$3" "$temp/joined.tar" 2>"$temp/words"; then
-        Wrong "$1" "$2" "$(head -n 3 "$temp/words")"
+    if ! Join "$1" "$temp/joined.tar" 2>"$temp/words"; then
+        Wrong "$(head -n 3 "$temp/words")"
     elif ! cmp -s "$temp/joined.tar" "$temp/reference.tar"; then
-        Wrong "$1" "$2" "the bytes differ"
+        Wrong "the bytes differ"
     else
-        Say "$1" "$seconds" "$count results, $bytes bytes: all equal"
+        Say "$count results, $bytes bytes: all equal"
     fi
     rm -f "$temp/joined.tar"
 }
 
 # Reference: the results of one process, and the picture out of its slices.
 Reference() {
-    local start
-    start=$(Now)
+    Begin "one process"
     Batch "$temp/reference" >"$temp/words" || Fail "$(<"$temp/words")"
     Join "$temp/reference" "$temp/reference.tar"
     count=$(wc -l <"$temp/jobs.jsonl")
     bytes=$(cat "$temp"/reference/{field,slice}* | wc -c)
-    Say "one process" "$(Since "$start")" "$(<"$temp/words")"
+    Say "$(<"$temp/words")"
 
-    start=$(Now)
+    Begin "slices joined into a picture"
     mkdir "$temp/picture"
     cp "$temp"/reference/slice* "$temp/picture"
     grep slice "$temp/jobs.jsonl" >"$temp/slices.jsonl"
@@ -186,16 +196,15 @@ Reference() {
     Join "$temp/picture" "$temp/joined.png"
     "$PYTHON2" -m orvanekit render "$temp/globe.json" "$temp/whole.png" --width 1024
     if cmp -s "$temp/joined.png" "$temp/whole.png" && grep -q '^0 made, 16 ' "$temp/words"; then
-        Say "slices joined into a picture" "$(Since "$start")" "equal to the picture drawn at once"
+        Say "equal to the picture drawn at once"
     else
-        Wrong "slices joined into a picture" "$start" "another picture, or slices made again"
+        Wrong "another picture, or slices made again"
     fi
 }
 
-# Overhead ENGINE START: what each of the parts has cost that did nothing, not even start Python.
+# Overhead: what each of the parts has cost that did nothing, not even start Python.
 Overhead() {
-    overheads+=("$(awk -v name="$1" -v from="$2" -v to="$(Now)" -v parts="$parts" 'BEGIN {
-        printf "%-62s %6.2f ms", "a part under " name, (to - from) / 1e3 / parts }')")
+    overheads+=("$(printf '%-62s %6.2f ms' "a part under $fault" "$((($(Now) - start) / parts))e-3")")
 }
 
 Report() {

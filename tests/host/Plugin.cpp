@@ -2,11 +2,11 @@
 
 #include <Python.h>
 
-extern "C" int UseModule(const char *script)
+extern "C" int UseModule()
 {
     Py_NoSiteFlag = 1;
     Py_Initialize();
-    const int result = PyRun_SimpleString(script);
+    const int result = PyRun_SimpleString("import use");
     Py_Finalize();
     return result;
 }

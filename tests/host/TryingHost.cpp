@@ -6,15 +6,12 @@
 #include "teskexposure/include/TeskHost"
 #include "teskexposure/include/TeskPython"
 #include "tests/module/FailingNew.h"
-#include "vexcore/include/VEXAssert"
-#include "vexcore/include/VEXMemory"
 
 #include <dlfcn.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <stdexcept>
 
 namespace {
@@ -24,7 +21,6 @@ namespace {
 struct {
     char operation[64];
     int order;
-    int from;
 } expected;
 
 char calls[1 << 16];
@@ -37,7 +33,7 @@ int OrderFor(const char *operation, const char *detail = "")
     if (written > 0 && length + written < sizeof calls)
         length += written;
     calls[length] = '\0';
-    if (std::strcmp(operation, expected.operation) != 0 || --expected.from > 0)
+    if (std::strcmp(operation, expected.operation) != 0)
         return HostObeys;
     if (expected.order == HostSaysWhy || expected.order == HostSaysWhyAndThrows)
         PyErr_SetString(PyExc_ArithmeticError, "the host's own words");
@@ -52,36 +48,28 @@ const bool ordered = [] {
     return order && std::sscanf(order, "%63s %d", expected.operation, &expected.order) == 2;
 }();
 
-void *NextOf(const char *symbol)
-{
-    void *const found = symbol ? dlsym(RTLD_NEXT, symbol) : nullptr;
-    if (!found) {
-        std::fprintf(stderr, "the stand-in has no %s\n", symbol ? symbol : "such operation");
-        std::abort();
-    }
-    return found;
-}
-
 /// The stand-in's operation, which this program's own hides.
 template <typename Function> Function *Next(Function *own)
 {
     Dl_info info{};
     dladdr(reinterpret_cast<void *>(own), &info);
-    return reinterpret_cast<Function *>(NextOf(info.dli_sname));
+    void *const found = info.dli_sname ? dlsym(RTLD_NEXT, info.dli_sname) : nullptr;
+    if (!found)
+        std::abort();
+    return reinterpret_cast<Function *>(found);
 }
 
 } // namespace
 
-void HostExpect(const char *operation, int order, int from)
+void HostExpect(const char *operation, int order)
 {
     std::snprintf(expected.operation, sizeof expected.operation, "%s", operation);
     expected.order = order;
-    expected.from = from;
 }
 
 void HostObey(void)
 {
-    expected.operation[0] = '\0';
+    HostExpect("", HostObeys);
 }
 
 const char *HostLog(void)
@@ -126,32 +114,6 @@ void TeskInternalFreeObject(void *memory)
     static const auto next = Next(&TeskInternalFreeObject);
     next(memory); // a host that throws has done its work: nothing else would free it
     OrderFor("TeskInternalFreeObject");
-}
-
-void *VEXMallocWithTracking(size_t bytes, const char *tag, const char *file, int line)
-{
-    static const auto next = Next(&VEXMallocWithTracking);
-    if (OrderFor("VEXMallocWithTracking", tag) != HostObeys)
-        throw std::bad_alloc();
-    void *const memory = next(bytes, tag, file, line);
-    return memory;
-}
-
-void VEXFreeWithTracking(void *memory)
-{
-    static const auto next = Next(&VEXFreeWithTracking);
-    next(memory);
-    OrderFor("VEXFreeWithTracking");
-}
-
-VEXAssertResult VEXAssertHelper::Handle(const char *expression, const char *file, int line)
-{
-    using Handler = VEXAssertResult (*)(VEXAssertHelper *, const char *, const char *, int);
-    static const auto next =
-        reinterpret_cast<Handler>(NextOf("_ZN15VEXAssertHelper6HandleEPKcS1_i"));
-    const VEXAssertResult result = next(this, expression, file, line);
-    OrderFor("VEXAssertHelper::Handle", expression);
-    return result;
 }
 
 // With Python.
@@ -235,8 +197,7 @@ PyObject *PyThunkLeave(PyObject *result)
 {
     static const auto next = Next(&PyThunkLeave);
     OrderFor("PyThunkLeave");
-    PyObject *const passedOn = next(result);
-    return passedOn;
+    return next(result);
 }
 
 namespace {

@@ -19,8 +19,8 @@ enum HostOrder : int {
     HostLeavesPointer = 7,    ///< refuses, with a pointer in place that owns no reference
 };
 
-/// From its `from`-th call on (1: the next one), `operation` does what `order` says.
-void HostExpect(const char *operation, int order, int from);
+/// From the next call on, `operation` does what `order` says; all others obey.
+void HostExpect(const char *operation, int order);
 /// All operations obey.
 void HostObey(void);
 

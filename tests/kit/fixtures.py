@@ -1,7 +1,10 @@
-"""What the package's tests share: refusals, folders of their own, little memory."""
+"""What the package's tests share: refusals, empty folders, captured output, little memory."""
 
+import contextlib
 import os
 import shutil
+import StringIO
+import sys
 import tempfile
 import unittest
 
@@ -22,6 +25,17 @@ class KitTest(unittest.TestCase):
         else:
             self.fail("%s: gave %r" % (words, result))
 
+    def replace(self, owner, name, value):
+        """Gives an attribute of a module or class another value until the test ends."""
+        self.addCleanup(setattr, owner, name, getattr(owner, name))
+        setattr(owner, name, value)
+
+    def assert_near(self, found, expected, tolerance, name=None):
+        """Compares numbers one by one."""
+        self.assertEqual(len(found), len(expected), name)
+        for one, other in zip(found, expected):
+            self.assertTrue(abs(one - other) <= tolerance, (name, found, expected))
+
 
 class FolderTest(KitTest):
     """Each test in an empty folder, which is entered."""
@@ -39,6 +53,42 @@ class FolderTest(KitTest):
     def read(self, name):
         with open(name, "rb") as opened:
             return opened.read()
+
+    def count_refusals(self, path, texts, load):
+        """How many of these contents are refused, as they must be: by a ValueError with the path."""
+        refused = 0
+        for text in texts:
+            self.write(path, text)
+            try:
+                load(path)
+            except ValueError as error:
+                self.assertTrue(str(error).startswith(path + ": "), error)
+                refused += 1
+            # Some file systems wait for the disk where a file is written over.
+            os.remove(path)
+        return refused
+
+
+def damaged(contents, numbers, pieces):
+    """The bytes with pieces put in at one to four places, half of them near the beginning; at each
+    up to nine bytes go."""
+    result = bytearray(contents)
+    for _ in range(numbers.randint(1, 4)):
+        at = numbers.randrange(min(len(result), numbers.choice((90, 1 << 30))))
+        result[at:at + numbers.choice((0, 1, 1, 9))] = numbers.choice(pieces)
+    return bytes(result)
+
+
+@contextlib.contextmanager
+def captured():
+    """What is written to stdout and stderr, as a pair of streams."""
+    streams = StringIO.StringIO(), StringIO.StringIO()
+    before = sys.stdout, sys.stderr
+    sys.stdout, sys.stderr = streams
+    try:
+        yield streams
+    finally:
+        sys.stdout, sys.stderr = before
 
 
 class LimitedMemory(object):

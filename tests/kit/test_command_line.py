@@ -1,16 +1,14 @@
 """python2.7 -m orvanekit: what it makes, refuses and leaves behind."""
 
-import contextlib
 import math
 import os
 import re
 import shlex
 import StringIO
-import sys
 import unittest
 import urllib
 
-from fixtures import FolderTest
+from fixtures import FolderTest, captured
 from orvanekit import (coefficients, load, load_with_notes, make_set, read_image, save,
                        write_image)
 from orvanekit import command_line, commands, files
@@ -18,18 +16,6 @@ from orvanekit.commands import COMMANDS
 from orvanekit.progress import Progress
 
 WHOLE = math.sqrt(4 * math.pi)
-
-
-@contextlib.contextmanager
-def captured():
-    """What is written to stdout and stderr, as a pair of streams."""
-    streams = StringIO.StringIO(), StringIO.StringIO()
-    before = sys.stdout, sys.stderr
-    sys.stdout, sys.stderr = streams
-    try:
-        yield streams
-    finally:
-        sys.stdout, sys.stderr = before
 
 
 class CommandLineTest(FolderTest):
@@ -51,10 +37,7 @@ class CommandLineTest(FolderTest):
 
 class CommandsTest(CommandLineTest):
     def assert_set(self, path, expected):
-        found = coefficients(load(path))
-        self.assertEqual(len(found), len(expected))
-        for one, other in zip(found, expected):
-            self.assertAlmostEqual(one, other, 5)
+        self.assert_near(coefficients(load(path)), expected, 1e-5)
 
     def test_info(self):
         save("a.json", make_set([2 * WHOLE, 0, 3, 4]), source=u"caf\xe9")
@@ -84,56 +67,48 @@ class CommandsTest(CommandLineTest):
         self.run_well("render b.json b.png --width 6")
         width, height, colours = read_image("b.png", True)
         self.assertEqual((width, height), (6, 3))
-        for channel, expected in zip(colours, (1, 0, 0.2)):
-            self.assertTrue(abs(channel[0] - expected) < 0.01)
+        self.assert_near([channel[0] for channel in colours], (1, 0, 0.2), 0.01)
         self.run_well("render a.json a.png --globe --width 9 --grey --least 0 --greatest 1")
         self.assertEqual(read_image("a.png")[:2], (9, 9))
         self.assertTrue(abs(read_image("a.png")[2][40] - 0.5) < 0.01)
 
-    def test_filter(self):
-        save("a.json", make_set([5.0 * WHOLE] + 8 * [1.0]))
-        half = math.sqrt(math.log(2))
-        for options, windows in (
-                ("--irradiance", (1, 2 / 3., 1 / 4.)), ("--dering", (1, 1, 1)),
-                ("--heat %r" % half, (1, 1 / 2., 1 / 8.)),
-                ("--cap %r" % (math.pi / 2), (1, 1 / 2., 0))):
-            self.run_well("filter a.json b.json " + options)
-            self.assert_set("b.json", [5 * WHOLE] + 3 * [windows[1]] + 5 * [windows[2]])
-        for name in ("hann", "lanczos"):
-            self.run_well("filter a.json b.json --" + name)
-            found = coefficients(load("b.json"))
-            self.assertTrue(found[0] > 5 and 1 > found[1] == found[3] > found[4] > 0, name)
-
-    def test_rotate(self):
-        # A quarter about z takes x to y: order 1 to order -1.
-        save("a.json", make_set([1, 0, 0, -1.0]), source="x.png", exposure=2)
-        self.run_well("rotate a.json b.json --axis 0 0 2 --angle 90")
-        self.assert_set("b.json", [1, -1, 0, 0])
-        self.assertEqual(load_with_notes("b.json")[1], {"source": "x.png"})
-        self.run_well("rotate a.json b.json --axis 0 1 0 --angle -90")
-        self.assert_set("b.json", [1, 0, 1, 0])
-
-    def test_combine(self):
+    def test_filter_rotate_combine(self):
         save("a.json", make_set([2 * WHOLE]))
         save("b.json", make_set([3 * WHOLE, 0, 1, 0]))
-        for options, expected in (("a.json b.json c.json --sum", [5 * WHOLE, 0, 1, 0]),
-                                  ("a.json b.json c.json --difference", [-WHOLE, 0, -1, 0]),
-                                  ("a.json b.json c.json --blend 0.25", [2.25 * WHOLE, 0, .25, 0]),
-                                  ("a.json b.json c.json --product --bands 2",
-                                   [6 * WHOLE, 0, 2, 0]),
-                                  ("a.json b.json c.json --max --bands 2", [3 * WHOLE, 0, 1, 0]),
-                                  ("a.json b.json c.json --min --bands 2", [2 * WHOLE, 0, 0, 0]),
-                                  ("a.json c.json --threshold 1.5 --bands 1", [WHOLE])):
-            self.run_well("combine " + options)
+        # A quarter about z takes x to y: order 1 to order -1.
+        save("x.json", make_set([1, 0, 0, -1.0]), source="x.png", exposure=2)
+        half, lanczos = math.sqrt(math.log(2)), 1.5 * math.sqrt(3) / math.pi  # sinc(1 / 3)
+        save("bands.json", make_set([5.0 * WHOLE] + 8 * [1.0]))
+
+        def windowed(one, two):
+            return [5 * WHOLE] + 3 * [one] + 5 * [two]
+        for line, expected in (
+                ("filter bands.json c.json --irradiance", windowed(2 / 3., 1 / 4.)),
+                ("filter bands.json c.json --dering", windowed(1, 1)),
+                ("filter bands.json c.json --heat %r" % half, windowed(1 / 2., 1 / 8.)),
+                ("filter bands.json c.json --cap %r" % (math.pi / 2), windowed(1 / 2., 0)),
+                ("filter bands.json c.json --hann", windowed(3 / 4., 1 / 4.)),
+                ("filter bands.json c.json --lanczos", windowed(lanczos, lanczos / 2)),
+                ("rotate x.json c.json --axis 0 1 0 --angle -90", [1, 0, 1, 0]),
+                ("combine a.json b.json c.json --sum", [5 * WHOLE, 0, 1, 0]),
+                ("combine a.json b.json c.json --difference", [-WHOLE, 0, -1, 0]),
+                ("combine a.json b.json c.json --blend 0.25", [2.25 * WHOLE, 0, .25, 0]),
+                ("combine a.json b.json c.json --product --bands 2", [6 * WHOLE, 0, 2, 0]),
+                ("combine a.json b.json c.json --max --bands 2", [3 * WHOLE, 0, 1, 0]),
+                ("combine a.json b.json c.json --min --bands 2", [2 * WHOLE, 0, 0, 0]),
+                ("combine a.json c.json --threshold 1.5 --bands 1", [WHOLE]),
+                ("rotate x.json c.json --axis 0 0 2 --angle 90", [1, -1, 0, 0])):
+            self.run_well(line)
             self.assert_set("c.json", expected)
+        self.assertEqual(load_with_notes("c.json")[1], {"source": "x.png"})
 
     def test_convert(self):
         values = [WHOLE, 0.5, -0.25, 2.0]
         save("a.json", make_set(values))
         self.run_well("convert a.json a.csv --normalisation 4pi --no-condon-shortley "
                       "--order descending")
-        for one, other in zip(map(float, self.read("a.csv").split()), [1, -2 / WHOLE, -0.25 / WHOLE, -0.5 / WHOLE]):
-            self.assertAlmostEqual(one, other, 6)
+        self.assert_near(map(float, self.read("a.csv").split()),
+                         [1, -2 / WHOLE, -0.25 / WHOLE, -0.5 / WHOLE], 1e-6)
         self.run_well("convert a.csv b.json --normalisation 4pi --no-condon-shortley "
                       "--order descending")
         self.assert_set("b.json", values)
@@ -156,18 +131,13 @@ class CommandsTest(CommandLineTest):
         save("a b.json", make_set([1.0]))
         save("c.json", 3 * (make_set([1.0]),))
         opened = []
-        before, commands.webbrowser.open = (commands.webbrowser.open,
-                                            lambda address: not opened.append(address))
-        try:
-            self.assertEqual(self.run_well("view 'a b.json' --open"), "a b.html\n")
-        finally:
-            commands.webbrowser.open = before
+        self.replace(commands.webbrowser, "open", lambda address: not opened.append(address))
+        self.assertEqual(self.run_well("view 'a b.json' --open"), "a b.html\n")
         path = urllib.pathname2url(os.path.abspath("a b.html"))
         self.assertEqual(opened, ["file://" + path.replace("///", "/")])
         self.run_well("view 'a b.json' c.json -o d.html --title '<\xc3\xa9>'")
         for name, title in (("a b.html", "a b"), ("d.html", "&lt;&#233;&gt;")):
-            with open(name) as page:
-                self.assertIn("<title>%s</title>" % title, page.read())
+            self.assertIn("<title>%s</title>" % title, self.read(name))
 
 
 class RefusalTest(CommandLineTest):
@@ -230,12 +200,8 @@ class RefusalTest(CommandLineTest):
 
         def interrupted(*_):
             raise KeyboardInterrupt
-        rename = files.os.rename
-        files.os.rename = interrupted
-        try:
-            self.assertEqual(self.run_line("filter a.json b.json --hann"), (130, "", ""))
-        finally:
-            files.os.rename = rename
+        self.replace(files.os, "rename", interrupted)
+        self.assertEqual(self.run_line("filter a.json b.json --hann"), (130, "", ""))
         self.assertEqual(sorted(os.listdir(".")), before)
 
 
@@ -244,20 +210,17 @@ class ProgressTest(unittest.TestCase):
         def isatty(self):
             return True
 
-    def shown(self, stream, patience):
-        with Progress("fitting", stream, patience) as part:
-            part(0.25)
-            if patience < 1:
-                while "25 %" not in stream.getvalue() and stream.isatty():
-                    pass
-        return stream.getvalue()
-
     def test_on_a_terminal_only_and_wiped(self):
-        shown = self.shown(self.Terminal(), 0.001)
-        self.assertTrue(re.search(r"\rfitting: \d+ s, 25 %", shown), shown)
-        self.assertTrue(re.search("\r +\r$", shown), shown)
-        self.assertEqual(self.shown(self.Terminal(), 1000.0), "")
-        self.assertEqual(self.shown(StringIO.StringIO(), 0.001), "")
+        terminal = self.Terminal()
+        with Progress("fitting", terminal, 0.001) as part:
+            part(0.25)
+            while "25 %" not in terminal.getvalue():
+                pass
+        self.assertRegexpMatches(terminal.getvalue(), r"\rfitting: \d+ s, 25 %(.|\r)*\r +\r$")
+        for quiet, patience in ((self.Terminal(), 1000.0), (StringIO.StringIO(), 0.001)):
+            with Progress("fitting", quiet, patience) as part:
+                part(0.25)
+            self.assertEqual(quiet.getvalue(), "")
 
 
 if __name__ == "__main__":

@@ -1,9 +1,9 @@
 """The package's mathematics: known integrals, brute force, vectors, formulas."""
 
-import cmath
 import math
 import random
 import unittest
+from math import factorial
 
 import _Orvane
 import orvanekit as kit
@@ -30,20 +30,15 @@ def random_set(bands, seed=1, falling=1.0):
 def spherical(l, m, theta, phi):
     """A basis function by Rodrigues' formula, in sums of powers: independent of recurrences."""
     order = abs(m)
-    x, s = math.cos(theta), math.sin(theta)
-    total = 0.0  # the derivative of order l + order of (x^2 - 1)^l
-    for k in range(l + 1):
-        power = 2 * k
-        if power >= l + order:
-            falling = math.factorial(power) / math.factorial(power - l - order)
-            binomial = math.factorial(l) // (math.factorial(k) * math.factorial(l - k))
-            total += (-1) ** (l - k) * binomial * falling * x ** (power - l - order)
-    legendre = (-1) ** order * s ** order * total / (2 ** l * math.factorial(l))
-    norm = math.sqrt((2 * l + 1) / (4 * PI) * math.factorial(l - order)
-                     / math.factorial(l + order))
-    turn = cmath.exp(1j * order * phi)
-    return norm * legendre * (1.0 if m == 0 else math.sqrt(2) * (
-        turn.real if m > 0 else turn.imag))
+    total = 0.0
+    for k in range((l - order) // 2 + 1):
+        power = l - order - 2 * k
+        total += (-1) ** k * math.cos(theta) ** power * factorial(2 * (l - k)) / (
+            factorial(k) * factorial(l - k) * factorial(power))
+    legendre = (-math.sin(theta)) ** order * total / 2 ** l
+    norm = math.sqrt((2 * l + 1) / (4 * PI) * factorial(l - order) / factorial(l + order))
+    turn = math.cos(m * phi) if m >= 0 else math.sin(-m * phi)
+    return norm * legendre * turn * (math.sqrt(2) if m else 1.0)
 
 
 def exact(sh, theta, phi):
@@ -52,6 +47,10 @@ def exact(sh, theta, phi):
     bands = int(math.sqrt(len(values)))
     return sum(values[l * l + l + m] * spherical(l, m, theta, phi)
                for l in range(bands) for m in range(-l, l + 1))
+
+
+def direction(theta, phi):
+    return math.sin(theta) * math.cos(phi), math.sin(theta) * math.sin(phi), math.cos(theta)
 
 
 def places(count, seed=3):
@@ -107,23 +106,13 @@ class WindowsTest(KitTest):
                 (kit.heat(3, 0.5), [1, math.exp(-.25), math.exp(-.75)]),
                 (kit.cap(3, PI), [1, 0, 0]), (kit.cap(5, PI / 2), [1, .5, 0, -.125, 0]),
                 (kit.hann(0), [])]:
-            self.assertEqual(len(window), len(expected))
-            for got, wanted in zip(window, expected):
-                self.assertAlmostEqual(got, wanted, 14)
+            self.assert_near(window, expected, 1e-14)
         for function, arguments in [(kit.heat, (3, -1.0)), (kit.cap, (3, 0.0)),
                                     (kit.cap, (3, 4.0)), (kit.hann, (-1,)),
                                     (kit.heat, (3, float("nan"))),
                                     (kit.heat, (3, float("inf")))]:
             self.refuses(ValueError, "expected", function, *arguments)
         self.refuses(ValueError, "3|4", kit.filtered, random_set(4), [1.0] * 3)
-
-
-def _frame(theta, phi):
-    """The direction of a place, and two at right angles."""
-    z = (math.sin(theta) * math.cos(phi), math.sin(theta) * math.sin(phi), math.cos(theta))
-    x = (math.cos(theta) * math.cos(phi), math.cos(theta) * math.sin(phi), -math.sin(theta))
-    y = (-math.sin(phi), math.cos(phi), 0.0)
-    return x, y, z
 
 
 class ExtremesTest(KitTest):
@@ -234,43 +223,39 @@ class PointwiseTest(KitTest):
 
 
 class RotationTest(KitTest):
-    def turned(self, matrix, place):
-        """Where a bump at a place comes to."""
-        v = _frame(*place)[2]
+    def assert_turns(self, matrix, place, expected):
+        """That a matrix takes a bump at a place into a direction."""
         bump = kit.make_set([math.exp(-l * (l + 1) * 0.02) * spherical(l, m, *place)
                              for l in range(12) for m in range(-l, l + 1)])
-        theta, phi = kit.extremes(BUILDER.RotateSH(bump, matrix)).greatest_at
-        return v, _frame(theta, phi)[2]
-
-    def close(self, got, expected):
-        self.assertLess(max(abs(p - q) for p, q in zip(got, expected)), 2e-4, (got, expected))
+        found = kit.extremes(BUILDER.RotateSH(bump, matrix)).greatest_at
+        self.assert_near(direction(*found), expected, 2e-4, place)
 
     def test_about_axes(self):
         x, y, z = (1, 0, 0), (0, 1, 0), (0, 0, 1)
-        east, west, pole = (PI / 2, PI / 2), (PI / 2, 3 * PI / 2), (0.0, 0.0)
-        for axis, angle, start, expected in [
-                (z, PI / 2, (PI / 2, 0.0), y), (x, PI / 2, east, z), (y, PI / 2, pole, x),
-                ((0, 0, -5), PI / 2, (PI / 2, 0.0), (0, -1, 0)), (x, PI / 2, pole, (0, -1, 0)),
-                ((1, 1, 1), 2 * PI / 3, (PI / 2, 0.0), y), (y, PI, west, (0, -1, 0))]:
-            self.close(self.turned(kit.rotation(axis, angle), start)[1], expected)
-        self.close(self.turned(kit.rotation_zyz(0.4, 0.7, 1.9), pole)[1], _frame(0.7, 0.4)[2])
-        c, s = math.cos(0.3), math.sin(0.3)
-        self.close(self.turned(kit.rotation_xyz(PI / 2, 0.0, 0.3), east)[1], z)
-        self.close(self.turned(kit.rotation_xyz(0.0, 0.0, 0.3), (PI / 2, 0.0))[1], (c, s, 0))
+        front, east, west, pole = (PI / 2, 0.0), (PI / 2, PI / 2), (PI / 2, 3 * PI / 2), (0.0, 0.0)
+        for matrix, start, expected in [
+                (kit.rotation(z, PI / 2), front, y), (kit.rotation(x, PI / 2), east, z),
+                (kit.rotation(y, PI / 2), pole, x),
+                (kit.rotation((0, 0, -5), PI / 2), front, (0, -1, 0)),
+                (kit.rotation(x, PI / 2), pole, (0, -1, 0)),
+                (kit.rotation((1, 1, 1), 2 * PI / 3), front, y),
+                (kit.rotation(y, PI), west, (0, -1, 0)),
+                (kit.rotation_zyz(0.4, 0.7, 1.9), pole, direction(0.7, 0.4)),
+                (kit.rotation_xyz(PI / 2, 0.0, 0.3), east, z),
+                (kit.rotation_xyz(0.0, 0.0, 0.3), front, (math.cos(0.3), math.sin(0.3), 0))]:
+            self.assert_turns(matrix, start, expected)
         self.refuses(ValueError, "length 0", kit.rotation, (0, 0, 0), 1.0)
 
     def test_by_matrix_and_between_places(self):
         c, s = math.cos(0.5), math.sin(0.5)
         rows = ((c, -s, 0), (0, 0, -1), (s, c, 0))
-        v, got = self.turned(kit.rotation_matrix(rows), (1.0, 2.0))
-        self.close(got, [sum(p * q for p, q in zip(row, v)) for row in rows])
+        self.assert_turns(kit.rotation_matrix(rows), (1.0, 2.0),
+                          [sum(p * q for p, q in zip(row, direction(1.0, 2.0))) for row in rows])
         for start, end in [((0.3, 0.1), (2.0, 4.0)), ((0.0, 0.0), (PI, 0.0)),
                            ((1.0, 1.0), (1.0, 1.0)), ((1.0, 2.0), (PI - 1.0, 2.0 + PI))]:
-            self.close(self.turned(kit.rotation_between(start, end), start)[1], _frame(*end)[2])
-        self.refuses(ValueError, "off by 3", kit.rotation_matrix,
-                     ((2, 0, 0), (0, 1, 0), (0, 0, 1)))
-        self.refuses(ValueError, "reflection", kit.rotation_matrix,
-                     ((-1, 0, 0), (0, 1, 0), (0, 0, 1)))
+            self.assert_turns(kit.rotation_between(start, end), start, direction(*end))
+        for words, first in (("off by 3", (2, 0, 0)), ("reflection", (-1, 0, 0))):
+            self.refuses(ValueError, words, kit.rotation_matrix, (first, (0, 1, 0), (0, 0, 1)))
 
 
 class ConventionsTest(KitTest):

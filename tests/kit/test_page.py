@@ -7,27 +7,20 @@ import json
 import os
 import random
 import re
-import shutil
 import struct
-import tempfile
 import unittest
 
+from fixtures import FolderTest
 from orvanekit import coefficients, make_set, write_page
 
 RANDOM = random.Random(5)
 FULL = [make_set([RANDOM.gauss(0, 1) for _ in range(900)]) for _ in range(4)]
 
 
-class PageTest(unittest.TestCase):
-    def setUp(self):
-        self.folder = tempfile.mkdtemp()
-        self.addCleanup(shutil.rmtree, self.folder)
-
+class PageTest(FolderTest):
     def written(self, *arguments):
-        path = os.path.join(self.folder, "page.html")
-        write_page(path, *arguments)
-        with open(path, "rb") as opened:
-            return opened.read()
+        write_page("page.html", *arguments)
+        return self.read("page.html")
 
     def test_contents(self):
         names = [u"\u6d77", "caf\xc3\xa9", "</script><!--", "\"'&\\u0041{{data}}"]
@@ -64,12 +57,9 @@ class PageTest(unittest.TestCase):
                 (TypeError, "expected a text", ([(3, FULL[0])],)),
                 (TypeError, "not a coefficient set", ([("a", 3)],)),
                 (TypeError, "expected three", ([("a", (FULL[0], FULL[1]))],))):
-            with self.assertRaises(error) as caught:
-                self.written(*arguments)
-            self.assertIn(words, str(caught.exception))
-            with open(os.path.join(self.folder, "page.html"), "rb") as opened:
-                self.assertEqual(opened.read(), before)
-            self.assertEqual(os.listdir(self.folder), ["page.html"])
+            self.refuses(error, words, write_page, "page.html", *arguments)
+            self.assertEqual(self.read("page.html"), before)
+            self.assertEqual(os.listdir("."), ["page.html"])
 
 
 if __name__ == "__main__":

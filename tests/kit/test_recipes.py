@@ -10,12 +10,13 @@ import unittest
 sys.path.insert(0, "examples")
 
 import recipes
+from fixtures import KitTest
 from orvanekit import coefficients, extremes, load, read_image
 
 PAGE, PICTURES = "docs/recipes.md", "docs/images/recipes"
 
 
-class RecipesTest(unittest.TestCase):
+class RecipesTest(KitTest):
     @classmethod
     def setUpClass(cls):
         cls.folder = tempfile.mkdtemp()
@@ -43,11 +44,9 @@ class RecipesTest(unittest.TestCase):
         self.assert_place(names["deepest"], 1.7, 3.5, 0.15)
         # 0.5 sqrt(4 pi); schmidt's l = 1 is that over 3; x and y without the sign.
         whole = math.sqrt(4 * math.pi)
-        for found, expected in zip(coefficients(names["mine"]),
-                                   [0.5 * whole, 0, whole / 3 ** .5, -0.25 * whole / 3 ** .5]):
-            self.assertAlmostEqual(found, expected, 6)
-        for found, expected in zip(names["back"], [0.5, 0, 1 / 3 ** .5, 0.25 / 3 ** .5]):
-            self.assertAlmostEqual(found, expected, 6)
+        self.assert_near(coefficients(names["mine"]),
+                         [0.5 * whole, 0, whole / 3 ** .5, -0.25 * whole / 3 ** .5], 1e-6)
+        self.assert_near(names["back"], [0.5, 0, 1 / 3 ** .5, 0.25 / 3 ** .5], 1e-6)
 
     def test_command_line_gives_the_same(self):
         for file_name, name in (("clean.json", "clean"), ("clean.json", "same"),
@@ -57,9 +56,7 @@ class RecipesTest(unittest.TestCase):
             if not isinstance(found, tuple):
                 found, expected = (found,), (expected,)
             for one, other in zip(found, expected):
-                self.assertEqual(len(coefficients(one)), len(coefficients(other)), name)
-                for a, b in zip(coefficients(one), coefficients(other)):
-                    self.assertAlmostEqual(a, b, 5)
+                self.assert_near(coefficients(one), coefficients(other), 1e-5, name)
 
     def test_pictures_are_what_the_page_makes(self):
         shown = recipes.shown(PAGE, PICTURES)

@@ -2,25 +2,20 @@
 
 import inspect
 import re
-import StringIO
-import sys
 import unittest
 
 import orvanekit
+from fixtures import captured
 
 
 class ReferenceTest(unittest.TestCase):
     def test_page_is_what_the_docstrings_make(self):
         generator = {"__name__": "kit_reference"}
         execfile("scripts/kit_reference.py", generator)
-        printed, sys.stdout = sys.stdout, StringIO.StringIO()
-        try:
+        with captured() as (made, _):
             generator["page"]()
-            made = sys.stdout.getvalue()
-        finally:
-            sys.stdout = printed
         with open("docs/orvanekit.md") as opened:
-            self.assertMultiLineEqual(opened.read(), made, "run scripts/reference.sh")
+            self.assertMultiLineEqual(opened.read(), made.getvalue(), "run scripts/reference.sh")
 
     def test_every_function_says_what_it_takes_gives_and_refuses(self):
         for name in orvanekit.__all__:

@@ -2,30 +2,28 @@
 
 import BaseHTTPServer
 import base64
-import json
 import math
 import os
 import re
 import shutil
 import SocketServer
+import sys
 import tempfile
 import threading
 import unittest
 import urllib
 
+sys.path.insert(0, "tests/kit")
+
 import _Orvane
 import orvanekit as kit
+from fixtures import KitTest
 from orvanekit.files import parsed
 from webdriver import Browser
 
-FIGURE = u"\u2212"
 HOSTILE = (u"</script><img src=x onerror=alert(1)>", u"\"'&amp;<!--<script x",
            u"{{data}} \\u003c $&", u"\u6d77 \u05d9\u05dd \U0001f30a\u2028caf\xe9")
 SCREENSHOTS = os.environ.get("SCREENSHOTS")
-
-
-def bands_of(sh, bands):
-    return kit.make_set(kit.coefficients(sh)[:bands * bands])
 
 
 def weighted(a, x, b, y):
@@ -33,18 +31,15 @@ def weighted(a, x, b, y):
         kit.coefficients(a), kit.coefficients(b))])
 
 
-def text_number(text):
-    return float(text.replace(FIGURE, "-"))
-
-
-class PageTest(unittest.TestCase):
+class PageTest(KitTest):
     @classmethod
     def setUpClass(cls):
         cls.folder = tempfile.mkdtemp()
         cls.browser = Browser("--enable-unsafe-swiftshader")
         cls.builder = _Orvane.SHBuilder()
         cls.builder.GenerateLookUpTables(4096)
-        cls.earth = kit.projected(*cls.turned_picture(), bands=30)
+        width, height, values = kit.read_image("examples/data/earth-512x256.pgm")
+        cls.earth = kit.projected(values, width, height, 30)
         cls.blob = kit.projected([math.exp(-(x - 20) ** 2 / 40. - (y - 30) ** 2 / 40.) - 0.2
                                   for y in range(64) for x in range(128)], 128, 64, 30)
         cls.light = (cls.earth, cls.blob, kit.filtered(cls.earth, kit.heat(30, 0.3)))
@@ -58,11 +53,6 @@ class PageTest(unittest.TestCase):
         cls.browser.close()
         shutil.rmtree(cls.folder)
         del cls.builder, cls.earth, cls.blob, cls.light
-
-    @staticmethod
-    def turned_picture():
-        width, height, values = kit.read_image("examples/data/earth-512x256.pgm")
-        return values, width, height
 
     @classmethod
     def page(cls, name, *arguments):
@@ -90,7 +80,7 @@ class PageTest(unittest.TestCase):
 
     def readings(self, selector):
         """The first number of each reading of a line."""
-        return [text_number(re.search(r"[\d.%s]+(e[\d%s]+)?" % (FIGURE, FIGURE), text).group())
+        return [float(re.search(r"[\d.-]+(e[\d-]+)?", text.replace(u"\u2212", "-")).group())
                 for text in self.browser.run("return Array.from(document.querySelectorAll("
                                              "arguments[0] + ' span'), e => e.textContent)",
                                              selector)]
@@ -150,9 +140,7 @@ class PageTest(unittest.TestCase):
                         for i, level in enumerate(colour(*place)):
                             expected[i] += level / 49
                             found[i] += 255 * drawn[i][row * width + column] / 49
-                for one, other in zip(found, expected):
-                    self.assertTrue(abs(one - other) < 4, (name, state, canvas, x, y, found,
-                                                           expected))
+                self.assert_near(found, expected, 4, (name, state, canvas, x, y))
 
     @staticmethod
     def under(width, height, row, column, (theta, phi)):
@@ -205,20 +193,19 @@ class PageTest(unittest.TestCase):
                  quarter - math.radians(5), math.radians(6), 1.25),
                 (lambda: self.browser.keys("Home"), quarter, 0, 1)):
             do()
-            state = self.state()
-            for name, expected in (("theta", theta), ("phi", phi), ("zoom", zoom)):
-                standard = {"theta": quarter, "phi": 0, "zoom": 1}[name]
-                self.assertAlmostEqual(float(state.get(name, standard)), expected, 6)
+            state = dict({"theta": quarter, "phi": 0, "zoom": 1}, **self.state())
+            self.assert_near([float(state[name]) for name in ("theta", "phi", "zoom")],
+                             (theta, phi, zoom), 1e-6)
             self.browser.click(".globe")
 
     def test_what_is_shown(self):
         """The value in the globe's middle, of everything that can be chosen."""
         theta, phi = 1.9, 5.6
-        hann = kit.filtered(bands_of(self.earth, 12), kit.hann(12))
         for state, sh in (
                 ({}, self.earth), ({"a": 2}, self.blob),
-                ({"bands": 12}, bands_of(self.earth, 12)),
-                ({"bands": 12, "window": "hann"}, hann),
+                ({"bands": 12}, kit.filtered(self.earth, 12 * [1] + 18 * [0])),
+                ({"bands": 12, "window": "hann"},
+                 kit.filtered(self.earth, kit.hann(12) + 18 * [0])),
                 ({"window": "lanczos"}, kit.filtered(self.earth, kit.lanczos(30))),
                 ({"window": "heat", "width": 0.2}, kit.filtered(self.earth, kit.heat(30, 0.2))),
                 ({"show": "difference"}, weighted(self.earth, 1, self.blob, -1)),
@@ -232,12 +219,11 @@ class PageTest(unittest.TestCase):
             extremes = kit.extremes(channels[0])
             least, least_theta, least_phi, greatest, theta_above, phi_above = self.readings(
                 ".extremes")[:6]
-            for one, other in (
-                    (self.readings(".here")[0], self.value(channels[0], theta, phi)),
-                    (least, extremes.least), (greatest, extremes.greatest),
-                    (least, self.value(channels[0], least_theta, least_phi)),
-                    (greatest, self.value(channels[0], theta_above, phi_above))):
-                self.assertTrue(abs(one - other) < 5e-3, (state, one, other))
+            self.assert_near(
+                (self.readings(".here")[0], least, greatest, least, greatest),
+                (self.value(channels[0], theta, phi), extremes.least, extremes.greatest,
+                 self.value(channels[0], least_theta, least_phi),
+                 self.value(channels[0], theta_above, phi_above)), 5e-3, state)
             self.assertEqual(self.browser.run("return document.querySelectorAll("
                                               "'article:not([hidden])').length"),
                              2 if state.get("show") == "side" else 1)
@@ -256,8 +242,8 @@ class PageTest(unittest.TestCase):
                 theta, phi = self.under(width, height, height / 2. - 40, width / 2. + 60,
                                         (math.pi / 2, 0))
             found = self.readings(".here")
-            self.assertTrue(abs(found[1] - theta) < 0.01 and abs(found[2] - phi) < 0.01, found)
-            self.assertTrue(abs(found[0] - self.value(self.earth, *found[1:])) < 5e-3, found)
+            self.assert_near(found[1:], (theta, phi), 0.01)
+            self.assert_near(found[:1], [self.value(self.earth, *found[1:])], 5e-3)
         for x, band in ((-10, 14), (10, 15)):
             self.browser.point(".spectrum", (x, 0))
             self.settle()
@@ -369,7 +355,8 @@ class PageTest(unittest.TestCase):
 
     def test_asks_no_network(self):
         asked = []
-        folder = self.folder
+        with open(os.path.join(self.folder, "page.html")) as opened:
+            page = opened.read()
 
         class Answer(BaseHTTPServer.BaseHTTPRequestHandler):
             def do_GET(self):
@@ -377,7 +364,7 @@ class PageTest(unittest.TestCase):
                 self.send_response(200)
                 self.send_header("Content-Type", "text/html")
                 self.end_headers()
-                self.wfile.write(open(os.path.join(folder, "page.html")).read())
+                self.wfile.write(page)
 
             def log_message(self, *_):
                 pass

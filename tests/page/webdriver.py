@@ -7,8 +7,8 @@ import subprocess
 import urllib2
 
 _ELEMENT = "element-6066-11e4-a52e-4f735466cecf"
-KEYS = {"Tab": u"\ue004", "Home": u"\ue011", "End": u"\ue010", "Left": u"\ue012",
-        "Up": u"\ue013", "Right": u"\ue014", "Down": u"\ue015", "Enter": u"\ue007"}
+KEYS = {"Tab": u"\ue004", "Home": u"\ue011", "Left": u"\ue012", "Up": u"\ue013",
+        "Right": u"\ue014"}
 
 
 class Browser(object):

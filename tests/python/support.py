@@ -143,6 +143,11 @@ def arguments_of(*kinds):
             if kind in kinds]
 
 
+# What calls give out, or refuse with, whatever their arguments are.
+WATCHED = [None, buffer, _Orvane.SphericalHarmonic, _Orvane.SHBuilder, IndexError, MemoryError,
+           OverflowError, RuntimeError, TypeError, ValueError]
+
+
 class OrvaneTest(unittest.TestCase):
     """Fails where a test leaves a host object behind or provokes an assertion of the host's."""
 
@@ -157,17 +162,30 @@ class OrvaneTest(unittest.TestCase):
 
         self.addCleanup(nothing_is_left)
 
+    def outcomes(self, function, *arguments):
+        """What a function gives when it is called often: types of results, or types and texts of
+        exceptions. No call may leave an object behind, or a reference, or take one too many."""
+        watched = [function, getattr(function, "__self__", None)] + WATCHED + list(arguments)
+        found, case = set(), (function, arguments)
+        counts, totals = map(sys.getrefcount, watched), host_totals()
+        for _ in xrange(20):
+            try:
+                result = type(function(*arguments))
+            except Exception as error:
+                result = type(error), str(error)
+            found.add(result)
+        result = error = None
+        sys.exc_clear()
+        for thing, before, after in zip(watched, counts, map(sys.getrefcount, watched)):
+            # A few more or less belong to the loop and its exceptions.
+            self.assertLess(abs(after - before), 10, (case, thing, before, after))
+        self.assertEqual(host_totals(), totals, case)
+        return found
+
     def assert_raises(self, error, text, function, *arguments):
-        """`text` is the whole message; None leaves it to Python."""
-        try:
-            result = function(*arguments)
-        except Exception as caught:
-            self.assertIs(type(caught), error, "%s: %s" % (type(caught), caught))
-            if text is not None:
-                self.assertEqual(str(caught), text)
-            sys.exc_clear()
-        else:
-            self.fail("%r returned %r" % (arguments, result))
+        """Each time; `text` is the whole message, None leaves it to Python."""
+        for found in self.outcomes(function, *arguments):
+            self.assertEqual(found, (error, found[1] if text is None else text), arguments)
 
 
 class WorldTest(OrvaneTest):

@@ -96,27 +96,18 @@ class HostTest(OrvaneTest):
             for protocol in (0, 1):
                 self.assertRaises(TypeError, pickle.dumps, original, protocol)
 
-    def test_attributes(self):
-        out_of_range = OverflowError("Argument 0 is out of the range -2147483648 to 2147483647.")
+    def test_numbers(self):
+        signed = OverflowError("Argument 0 is out of the range -2147483648 to 2147483647.")
+        unsigned = OverflowError("Argument 0 is out of the range 0 to 4294967295.")
         mismatch = TypeError("Could not match argument 0 to expected type: int.")
+        self.sh.SetNumBands(1)
 
-        def write(value):
+        def attribute(value):
             self.sh.numBands = value
             return self.sh.numBands
 
-        for value, expected in [
-                (7, 7), (2 ** 31 - 1, int(2 ** 31 - 1)), (-2 ** 31, int(-2 ** 31)),
-                (Long(3), 3), (True, 1),
-                (2 ** 31, out_of_range), (-10 ** 40, out_of_range),
-                (1.0, mismatch), ("1", mismatch), (None, mismatch)]:
-            self.expect(write, value, expected)
-        self.assertEqual(self.sh.numBands, 1)  # what failed changed nothing
-        self.assertEqual(self.sh.GetNumCoefficients(), 0)
-        for name in ("angleName", "numSteps", "maxBands", "maxCoefficients"):
-            self.assertRaises(AttributeError, setattr, self.builder, name, 1)
-
-    def test_floats(self):
-        self.sh.SetNumBands(1)
+        def seed(value):
+            self.builder.GenerateSphericalSamples(value, 1)
 
         def single(value):
             self.sh.SetCoefficient(0, value)
@@ -125,48 +116,48 @@ class HostTest(OrvaneTest):
         def double(value):  # the density at 0 of a curve around 0 is 1 / (deviation sqrt(2 pi))
             return self.builder.GetGaussDensity(value, value, 1)
 
-        peak = double(0.0)
-        for value in (1, True, 10 ** 30, -2.5, Float(2.5), OldFloat()):
-            self.expect(double, value, peak)
-        self.expect(double, Float(KeyError("mine")), KeyError("mine"))
-        self.expect(double, Float("text"), TypeError("nb_float should return float object"))
-        self.expect(double, 10 ** 400, OverflowError("long int too large to convert to float"))
-        for value, expected in [(0.1, 0.10000000149011612), (1e308, float("inf")), (3L, 3.0)]:
-            self.expect(single, value, expected)
-
-    def test_integers(self):
-        signed = OverflowError("Argument 0 is out of the range -2147483648 to 2147483647.")
-        unsigned = OverflowError("Argument 0 is out of the range 0 to 4294967295.")
-
-        def seed(value):
-            return self.builder.GenerateSphericalSamples(value, 1)
-
+        signed_seed, peak = self.builder.SetRandomSeed, double(0.0)
         for function, value, expected in [
-                (self.builder.SetRandomSeed, -2 ** 31, None),
-                (self.builder.SetRandomSeed, 2 ** 31 - 1, None),
-                (self.builder.SetRandomSeed, Long(5), None),
-                (self.builder.SetRandomSeed, False, None),
-                (self.builder.SetRandomSeed, -2 ** 31 - 1, signed),
-                (self.builder.SetRandomSeed, 2 ** 64, signed),
+                (attribute, 7, 7), (attribute, 2 ** 31 - 1, int(2 ** 31 - 1)),
+                (attribute, -2 ** 31, int(-2 ** 31)), (attribute, Long(3), 3), (attribute, True, 1),
+                (attribute, 2 ** 31, signed), (attribute, -10 ** 40, signed),
+                (attribute, 1.0, mismatch), (attribute, "1", mismatch), (attribute, None, mismatch),
+                (signed_seed, -2 ** 31, None), (signed_seed, 2 ** 31 - 1, None),
+                (signed_seed, Long(5), None), (signed_seed, False, None),
+                (signed_seed, -2 ** 31 - 1, signed), (signed_seed, 2 ** 64, signed),
                 (seed, 0, None), (seed, 2 ** 32 - 1, None), (seed, -1, unsigned),
-                (seed, 2 ** 32, unsigned)]:
+                (seed, 2 ** 32, unsigned),
+                (single, 0.1, 0.10000000149011612), (single, 1e308, float("inf")),
+                (single, 3L, 3.0),
+                (double, 1, peak), (double, True, peak), (double, 10 ** 30, peak),
+                (double, -2.5, peak), (double, Float(2.5), peak), (double, OldFloat(), peak),
+                (double, Float(KeyError("mine")), KeyError("mine")),
+                (double, Float("text"), TypeError("nb_float should return float object")),
+                (double, 10 ** 400, OverflowError("long int too large to convert to float"))]:
             self.expect(function, value, expected)
+        self.assertEqual(self.sh.numBands, 1)  # what failed changed nothing
+        self.assertEqual(self.sh.GetNumCoefficients(), 1)
+        for name in ("angleName", "numSteps", "maxBands", "maxCoefficients"):
+            self.assertRaises(AttributeError, setattr, self.builder, name, 1)
 
 
 class TeskRunTest(unittest.TestCase):
     RUNNER = os.path.join(MODULE_FOLDER, os.pardir, "bin", "tesk-run")
 
-    def run_script(self, text, *arguments):
-        """The script's status, output and error output."""
-        number, name = tempfile.mkstemp(suffix=".py")
-        self.addCleanup(os.remove, name)
-        with os.fdopen(number, "w") as script:
-            script.write(text)
-        process = subprocess.Popen([self.RUNNER, name] + list(arguments), universal_newlines=True,
+    def run_host(self, *arguments):
+        """Its status, output and error output."""
+        process = subprocess.Popen((self.RUNNER,) + arguments, universal_newlines=True,
                                    stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                    env=dict(os.environ, PATH=""))
         output, errors = process.communicate()
         return process.returncode, output, errors
+
+    def run_script(self, text, *arguments):
+        number, name = tempfile.mkstemp(suffix=".py")
+        self.addCleanup(os.remove, name)
+        with os.fdopen(number, "w") as script:
+            script.write(text)
+        return self.run_host(name, *arguments)
 
     def test_status(self):
         for text, expected in [
@@ -195,10 +186,9 @@ class TeskRunTest(unittest.TestCase):
                 "\n" if "import _Orvane" in text else "", LEAK in text), errors)
 
     def test_no_script(self):
-        for arguments, text in ([], "usage: "), (["/no such file"], "No such file"):
-            process = subprocess.Popen([self.RUNNER] + arguments, stderr=subprocess.PIPE)
-            self.assertIn(text, process.communicate()[1])
-            self.assertEqual(process.returncode, 2)
+        for arguments, text in ((), "usage: "), (("/no such file",), "No such file"):
+            status, _, errors = self.run_host(*arguments)
+            self.assertEqual((status, text in errors), (2, True), errors)
 
     def test_script_surroundings(self):
         """The script's folder comes first, then the module's; no text has an owner too many."""

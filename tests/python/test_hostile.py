@@ -83,15 +83,14 @@ class HostileTest(WorldTest):
 
     def test_sizes_are_looked_up_after_the_conversion(self):
         world, b, sh = self.world, self.world.builder, self.world.set
-        self.assert_raises(IndexError, None, sh.SetCoefficient, 3,
-                           Trap(lambda: sh.SetNumBands(1)))
+        self.assertRaises(IndexError, sh.SetCoefficient, 3, Trap(lambda: sh.SetNumBands(1)))
         self.assertEqual(b.RotateZ(sh, Trap(lambda: sh.SetNumBands(3))).numBands, 3)
-        self.assert_raises(RuntimeError, None, b.RenderSHToImageBuffer, sh,
-                           Trap(b.ClearImageBuffer), 0, 1, 0)
+        self.assertRaises(RuntimeError, b.RenderSHToImageBuffer, sh, Trap(b.ClearImageBuffer), 0, 1,
+                          0)
         data = bytearray(16)
-        self.assert_raises(
-            TypeError, "The buffer of 3 bytes doesn't match a float array for 2 band SH (2*2*4)",
-            b.CreateSHFromBuffer, data, Trap(lambda: data.__delitem__(slice(13)), 2))
+        self.assertRaisesRegexp(TypeError, "^The buffer of 3 bytes doesn't match a float array",
+                                b.CreateSHFromBuffer, data,
+                                Trap(lambda: data.__delitem__(slice(13)), 2))
         data = bytearray(12)
         b.ExtendSHFromBuffer(sh, data, Trap(lambda: data.extend("\0" * 8), 2), 3)
         self.assertEqual(sh.GetNumCoefficients(), 9)

@@ -1,10 +1,11 @@
-"""How arguments come in and results go out: counts, types, messages, for every method."""
+"""How arguments come in and results go out: counts, types, messages and references."""
 
 import unittest
 
 import _Orvane
 
-from support import IDENTITY, METHODS, WorldTest, arguments_of, kinds
+from support import (HOST, IDENTITY, METHODS, OBJECT_ALLOCATION, WorldTest, arguments_of,
+                     kinds)
 
 NO_MATCH = "Could not match argument %i to expected type: %s."
 
@@ -56,6 +57,7 @@ class MarshallingTest(WorldTest):
             self.assertEqual(len(legal), len(method.arguments))
             if method.style == "direct":
                 self.assertEqual(str(call("any", None, 3)), str(call()))
+                self.assertEqual(self.outcomes(call, "any", None, 3), set([buffer]))
                 continue
             n = len(legal)
             few, many = "Function expects %i arguments." % n, (
@@ -100,15 +102,23 @@ class MarshallingTest(WorldTest):
         self.assert_raises(TypeError, "data isn't a buffer", b.ExtendSHFromBuffer, sh, 5, 9, 9)
 
     def test_results(self):
+        types = {"None": type(None), "int": int, "float": float, "buffer": buffer,
+                 "SH": _Orvane.SphericalHarmonic}
         for method in METHODS:
-            result = self.world.bound(method)(*self.world.calls[method.name])
-            expected = {"None": type(None), "int": int, "float": float, "buffer": buffer,
-                        "SH": _Orvane.SphericalHarmonic}[method.result]
-            self.assertIs(type(result), expected, method.name)
-            if method.style == "thunk" and method.result == "SH":
-                self.assertIs(result, self.world.set, method.name)
-            elif method.result == "SH":
-                self.assertIsNot(result, self.world.set, method.name)
+            call, legal = self.world.bound(method), self.world.calls[method.name]
+            self.assertEqual(self.outcomes(call, *legal), set([types[method.result]]), method.name)
+            if method.result == "SH":
+                self.assertIs(call(*legal) is self.world.set, method.style == "thunk", method.name)
+
+    def test_no_memory_for_the_new_set(self):
+        for method in METHODS:
+            def refused(call, *arguments):
+                HOST.TeskFailAllocation(OBJECT_ALLOCATION, 1)
+                return call(*arguments)
+
+            if method.style == "tuple" and method.result == "SH":
+                self.assert_raises(MemoryError, "", refused, self.world.bound(method),
+                                   *self.world.calls[method.name])
 
     def test_refused_matrices(self):
         """The checks come in their order, row by row."""
