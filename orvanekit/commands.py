@@ -1,5 +1,6 @@
 """What python2.7 -m orvanekit can do: a table of commands."""
 
+import argparse
 import array
 import json
 import math
@@ -258,13 +259,12 @@ def _view(options):
 
 def _part(text):
     """K/N as (K, N)."""
-    first, parts = map(int, text.split("/"))
-    if not 1 <= first <= parts:
-        raise ValueError(text)
-    return first, parts
-
-
-_part.__name__ = "part K/N"
+    first, _, parts = text.partition("/")
+    if not (first.isdigit() and parts.isdigit()
+            and 1 <= int(first) <= int(parts)):
+        raise argparse.ArgumentTypeError(
+            "%s; expected K/N, K from 1 to N" % text)
+    return int(first), int(parts)
 
 
 def _batch_arguments(parser):
