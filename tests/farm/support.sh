@@ -204,7 +204,8 @@ Reference() {
 
 # Overhead: what each of the parts has cost that did nothing, not even start Python.
 Overhead() {
-    overheads+=("$(printf '%-62s %6.2f ms' "a part under $fault" "$((($(Now) - start) / parts))e-3")")
+    local each=$((($(Now) - start) / parts))
+    overheads+=("$(printf '%-62s %6.2f ms' "a part under $fault" "${each}e-3")")
 }
 
 Report() {

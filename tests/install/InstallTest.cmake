@@ -1,8 +1,8 @@
-# Makes an archive of the build tree BUILD_DIR and unpacks it into a fresh folder. With nothing else on
-# the path, runs the script that README.md shows, commands of the package and an example. Then builds
-# and runs a host program against the tree alone: with the stand-in, and with another host library in
-# its place. PYTHON is what starts Python: a list of words. TOOLCHAIN and EMULATOR are set where this
-# is a cross build.
+# Makes an archive of the build tree BUILD_DIR and unpacks it into a fresh folder. With nothing else
+# on the path, runs the script that README.md shows, commands of the package and an example. Then
+# builds and runs a host program against the tree alone: with the stand-in, and with another host
+# library in its place. PYTHON is what starts Python: a list of words. TOOLCHAIN and EMULATOR are set
+# where this is a cross build.
 
 set(work ${BUILD_DIR}/install-test)
 file(REMOVE_RECURSE ${work})

@@ -55,7 +55,7 @@ class FolderTest(KitTest):
             return opened.read()
 
     def count_refusals(self, path, texts, load):
-        """How many of these contents are refused, as they must be: by a ValueError with the path."""
+        """How many of these contents are refused, always by a ValueError with the path."""
         refused = 0
         for text in texts:
             self.write(path, text)

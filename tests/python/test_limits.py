@@ -7,8 +7,6 @@ import re
 import sys
 import unittest
 
-import _Orvane
-
 sys.path.insert(0, "tests/kit")
 
 from fixtures import LimitedMemory
