@@ -119,7 +119,7 @@ void WriteMethod(std::ostream &page, const MethodRow &row)
     for (std::size_t i = 0; i < entry.argumentCount; ++i)
         page << (i ? ", " : "") << note.arguments[i].name;
     page << ") -> " << NamesOf(entry.result).manual << "\n```\n\n" << Markdown(note.what);
-    if (note.remarks)
+    if (!note.remarks.empty())
         page << ' ' << Markdown(note.remarks);
     page << "\n\n";
 
@@ -130,8 +130,8 @@ void WriteMethod(std::ostream &page, const MethodRow &row)
                  << " | " << Markdown(note.arguments[i].text) << " |\n";
         page << '\n';
     }
-    page << "*Returns* " << Sentence(note.result ? note.result : "None") << "\n\n";
-    if (note.errors)
+    page << "*Returns* " << Sentence(note.result.empty() ? "None" : note.result) << "\n\n";
+    if (!note.errors.empty())
         page << "*Errors:* " << Sentence(note.errors) << "\n\n";
     WriteDocstring(page, row.doc);
 }

@@ -58,16 +58,17 @@ void WriteMethod(std::ostream &stub, const MethodRow &row)
 
     const std::string indent(8, ' ');
     stub << Wrapped("\"\"\"" + std::string(note.what), indent);
-    if (note.remarks)
+    if (!note.remarks.empty())
         stub << '\n' << Wrapped(note.remarks, indent);
     if (entry.argumentCount > 0)
         stub << '\n';
     for (std::size_t i = 0; i < entry.argumentCount; ++i)
-        stub << Wrapped(note.arguments[i].name + std::string(": ") + note.arguments[i].text,
-                        indent);
-    if (note.result)
+        stub << Wrapped(
+            std::string(note.arguments[i].name).append(": ").append(note.arguments[i].text),
+            indent);
+    if (!note.result.empty())
         stub << '\n' << Wrapped("Returns " + std::string(note.result), indent);
-    if (note.errors)
+    if (!note.errors.empty())
         stub << '\n' << Wrapped("Errors: " + std::string(note.errors), indent);
     stub << indent << "\"\"\"\n" << indent << "...\n";
 }

@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 namespace orvane::binding {
 
@@ -38,17 +39,17 @@ struct Entry {
 
 /// One argument in the manual: its name, then meaning, unit and range.
 struct ArgumentNote {
-    const char *name = nullptr;
-    const char *text = nullptr;
+    std::string_view name{};
+    std::string_view text{};
 };
 
 /// What the manual says beside the docstring. Python never sees it.
 struct Note {
-    const char *what = nullptr; ///< a sentence: what the method does
+    std::string_view what; ///< a sentence: what the method does
     std::array<ArgumentNote, maxArguments> arguments{};
-    const char *result = nullptr;  ///< null for None
-    const char *errors = nullptr;  ///< beyond wrong counts and types of arguments
-    const char *remarks = nullptr; ///< more about it, and where the docstring is wrong
+    std::string_view result{};  ///< empty for None
+    std::string_view errors{};  ///< beyond wrong counts and types of arguments
+    std::string_view remarks{}; ///< more about it, and where the docstring is wrong
 };
 
 struct MethodRow {
@@ -65,7 +66,7 @@ struct AttributeRow {
     std::int64_t offset; ///< of the field from the start of the object, in bytes
     std::uint32_t access;
     const char *doc;
-    const char *note; ///< for the manual
+    std::string_view note; ///< for the manual
 };
 
 struct ClassTable {
@@ -85,11 +86,11 @@ inline constexpr std::size_t maxMethods = 35;
 constexpr bool NotesFitEntries(std::span<const MethodRow> rows)
 {
     for (const MethodRow &row : rows) {
-        if (!row.note.what ||
-            (row.note.result != nullptr) != (row.entry.result != ScriptType::None))
+        if (row.note.what.empty() ||
+            row.note.result.empty() != (row.entry.result == ScriptType::None))
             return false;
         for (std::size_t i = 0; i < maxArguments; ++i)
-            if ((row.note.arguments[i].name != nullptr) != (i < row.entry.argumentCount))
+            if (row.note.arguments[i].name.empty() != (i >= row.entry.argumentCount))
                 return false;
     }
     return true;

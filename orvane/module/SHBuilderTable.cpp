@@ -36,33 +36,33 @@ constexpr ArgumentNote bandCount{"numBands", filledIn<"number of bands, 0 to #",
 constexpr ArgumentNote samplesPerAxis{
     "sqrtNumSamples", filledIn<"samples per axis, up to #; none below 1", maxSamplesPerAxis>};
 
-constexpr const char *newSet = "a new set";
-constexpr const char *newWholeSet = filledIn<"a new set, always of # bands", tableBands>;
-constexpr const char *theTarget = "the target: the same object that was passed in";
+constexpr std::string_view newSet = "a new set";
+constexpr std::string_view newWholeSet = filledIn<"a new set, always of # bands", tableBands>;
+constexpr std::string_view theTarget = "the target: the same object that was passed in";
 
-constexpr const char *evaluationErrors =
+constexpr std::string_view evaluationErrors =
     filledIn<"RuntimeError before GenerateLookUpTables; ValueError where an angle is not finite, "
              "theta lies beyond the tables, or there are more terms than the set has coefficients "
              "or than #.",
              tableCoefficients>;
-constexpr const char *projectionErrors =
+constexpr std::string_view projectionErrors =
     "RuntimeError where there are samples but no tables; ValueError for another number of bands; "
     "MemoryError.";
-constexpr const char *projectionRemarks =
+constexpr std::string_view projectionRemarks =
     "Projects the function over the samples of GenerateSphericalSamples; without any, every "
     "coefficient is NaN.";
-constexpr const char *missingOperand = "TypeError where a set is None.";
-constexpr const char *smallerSource =
+constexpr std::string_view missingOperand = "TypeError where a set is None.";
+constexpr std::string_view smallerSource =
     "Acts on as many coefficients as the source has. A source that is empty or has more than the "
     "target changes nothing.";
-constexpr const char *equalOperands =
+constexpr std::string_view equalOperands =
     "The target takes over the size of the operands and may be one of them. Operands with "
     "different numbers of coefficients change nothing.";
-constexpr const char *resizeErrors =
+constexpr std::string_view resizeErrors =
     filledIn<"TypeError where a set is None; MemoryError, and ValueError where numBands of the "
              "first operand was written to be more than # (some such numbers pass).",
              maxSetBands>;
-constexpr const char *foldedAngle =
+constexpr std::string_view foldedAngle =
     "RuntimeError before GenerateLookUpTables; ValueError where an angle that is folded is not "
     "finite.";
 

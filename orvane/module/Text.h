@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace orvane::binding {
 
@@ -61,6 +62,6 @@ inline constexpr auto filled = Filled<pattern, numbers...>();
 /// The pattern with the numbers, in order, in place of each '#': a limit stands in a text as the
 /// constant that it is.
 template <Text pattern, std::int64_t... numbers>
-inline constexpr const char *filledIn = detail::filled<pattern, numbers...>.data();
+inline constexpr std::string_view filledIn = detail::filled<pattern, numbers...>.data();
 
 } // namespace orvane::binding

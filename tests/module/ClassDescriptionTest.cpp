@@ -70,7 +70,7 @@ std::string Surface(const ClassDescriptor &descriptor, const ClassTable &table)
         endLine(method->ml_doc);
         ++method;
         for (std::size_t argument = 0; argument < row.entry.argumentCount; ++argument)
-            EXPECT_NE(row.note.arguments[argument].text, nullptr) << row.name;
+            EXPECT_FALSE(row.note.arguments[argument].text.empty()) << row.name;
     }
     EXPECT_EQ(method->ml_name, nullptr);
     EXPECT_EQ(method->ml_meth, nullptr);
