@@ -177,6 +177,8 @@ TEST(Projection, WithoutBandsOrSamplesReadsNoTable)
     EXPECT_EQ(set.coefficients.size(), 0u);
     tabled.builder.CreateConstantSH(set, 3.5f, 2);
     EXPECT_EQ(Values(set), (std::vector<float>{0.28209479177387814f * 3.5f, 0, 0, 0}));
+    tabled.UseSamples({{1.0, infinity}}); // as no script can place them
+    EXPECT_THROW(tabled.builder.CreateLatitudeSH(set, 2), std::invalid_argument);
 }
 
 TEST(ProjectionFunctions, HaveTheirKnownValues)

@@ -34,6 +34,7 @@ std::string Shape(const MethodRow &row, const MethodSignatureMap &signatures)
     if (signature != signatures.end()) {
         const MethodSignature &types = signature->second;
         EXPECT_EQ(types.optionalCount, 0);
+        EXPECT_EQ(types.types[types.argumentCount + 1], nullptr);
         return "thunk\t" + Words(types, 0, 1) + '\t' + Words(types, 1, types.argumentCount);
     }
     const char *const results[] = {"None", "int", "float", "SH", "?", "?", "buffer"};
