@@ -3,7 +3,6 @@
 # Slurm, and loses workers, engines and machines on the way: every result has to be there and equal to
 # the one process's to the byte. Prints a line for each fault, and what a part costs in each engine.
 #
-#
 # scripts/test-farm.sh [PIECE...]: of folder, parallel, ssh and slurm; all unless given.
 #
 # Needs root, and takes some five minutes on two cores. Everything is private to a temporary folder:
