@@ -1,6 +1,6 @@
 """Builders with tables and samples, made anew or kept for each setting.
 
-Tables take 12 KB a step, so nothing is kept unless a program asks for it.
+Tables take 8 KB a step, so nothing is kept unless a program asks for it.
 Tables and samples depend on their setting alone: a builder that is kept
 gives the same bits as a new one.
 """

@@ -11,7 +11,7 @@ namespace orvane {
 inline constexpr std::int32_t maxSetBands = 46340;
 /// Bands whose coefficients, 4 bytes each, have a size that is a signed 32-bit integer.
 inline constexpr std::int32_t maxBufferBands = 23170;
-/// Steps of the lookup tables: 1.9 GB of Legendre arrays, 1.2 GB of polar rows.
+/// Steps of the lookup tables: 1.0 GB of Legendre arrays, 1.2 GB of polar rows.
 inline constexpr std::int32_t maxTableSteps = 262144;
 /// Samples of the sphere along one axis: 4 GB of samples.
 inline constexpr std::int32_t maxSamplesPerAxis = 16384;

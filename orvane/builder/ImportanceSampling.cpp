@@ -39,7 +39,8 @@ void RequireFinite(std::initializer_list<double> values)
 
 /// Replaces the points.
 /// @throws std::invalid_argument where there are points and an argument or an offset's place is not
-/// finite, std::bad_alloc
+/// finite
+/// @throws std::bad_alloc
 void PlacePoints(const std::vector<GaussOffset> &offsets, const std::vector<SphericalSample> &cover,
                  double latitude, double longitude, double stdDev, PlacedPoints &points)
 {

@@ -74,12 +74,11 @@ inline void FindAngleIndices(const AngleTables &tables, double phi, int orders,
     }
 }
 
-/// The factors of the orders 0 to orders - 1; the others are left alone.
-/// Indexed by the order m = 0..29. Order 0, which takes no angle factor, has cosine 1 and sine 0:
+/// Cosine and sine of m * phi, indexed by the order m = 0..29. Order 0, which takes no angle factor, has cosine 1 and sine 0:
 /// a product with 1.0 is the other factor, bit for bit.
 struct alignas(64) AngleFactors {
-    double cosine[32];
-    double sine[32];
+    double cosine[factorEntries];
+    double sine[factorEntries];
 };
 
 /// The factors of the orders 0 to orders - 1; the others are left alone.

@@ -1,14 +1,14 @@
 #pragma once
 
 // The angle tables, from which kernels take the factors cos(m phi) and sin(m phi) of the orders m:
-// the entries trunc(angleScale * WrapAngle(m * phi)), the last one where that lies beyond the table (a
-// folded angle of just a full turn reaches numSteps for many table sizes).
+// the entries trunc(angleScale * WrapAngle(m * phi)), the last one where that lies beyond the table
+// (a folded angle of just a full turn reaches numSteps for many table sizes).
 
 #include <cstdint>
 
 namespace orvane {
 
-/// The builder's angle tables: `numSteps` (at least 1) entries each.
+/// Tables of `numSteps` (at least 1) entries each; LookUpTables owns them.
 struct AngleTables {
     const double *cosLut;
     const double *sinLut;

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the processor can do, and the kernels made for it.
+// The instruction sets that kernels are compiled for, and which of them a processor has.
 
 #include "platform/Processor.h"
 
@@ -15,14 +15,5 @@ const char *Name(InstructionSet instructionSet);
 bool IsSupported(InstructionSet instructionSet, const platform::ProcessorFeatures &features);
 /// Whether this processor (and its operating system) can run it.
 bool IsSupported(InstructionSet instructionSet);
-
-struct Kernels;
-
-/// The kernels compiled for one instruction set; all give the same bits.
-/// @throws std::invalid_argument where the processor lacks it
-const Kernels &KernelsFor(InstructionSet instructionSet);
-
-/// The kernels for the widest instruction set of this processor.
-const Kernels &BestKernels();
 
 } // namespace orvane

@@ -1,7 +1,7 @@
 #pragma once
 
-// The table of kernels. Each job has a header that states its arguments and a .inl file with its
-// code; KernelTable.inl puts them together and is compiled once per instruction set.
+// The table of kernels. Each kernel has a header that states its arguments and a .inl file with its
+// code; KernelTable.inl puts them together and is compiled once for each instruction set.
 
 #include "orvane/kernels/BandRotation.h"
 #include "orvane/kernels/CosineEstimate.h"
@@ -25,5 +25,12 @@ struct Kernels {
     RenderKernel render;
     RotationKernel rotation;
 };
+
+/// The kernels compiled for one instruction set; all give the same bits.
+/// @throws std::invalid_argument where the processor lacks it
+const Kernels &KernelsFor(InstructionSet instructionSet);
+
+/// The kernels for the widest instruction set of this processor.
+const Kernels &BestKernels();
 
 } // namespace orvane

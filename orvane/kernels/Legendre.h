@@ -1,7 +1,7 @@
 #pragma once
 
-// Kernel: the associated Legendre functions of 30 bands at theta steps, as one array for each band and
-// order and as the normalised rows of the polar table.
+// Kernel: the associated Legendre functions of 30 bands at theta steps, as one array for each band
+// and order and as the normalised rows of the polar table.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #pragma once
 
-// Kernel: adding weighted points of the sphere to the coefficients of every basis function, the inner
-// loop of every projection.
+// Kernel: adding weighted points of the sphere to the coefficients of every basis function, the
+// inner loop of every projection.
 
 #include "orvane/base/PolarRow.h"
 #include "orvane/kernels/AngleTables.h"

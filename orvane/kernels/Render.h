@@ -29,8 +29,8 @@ inline constexpr int maxSegments = 16;
 /// Table indices kept of a column: of the orders 0..29, and two that nobody reads.
 inline constexpr int columnOrders = 32;
 
-/// The entries (l, m) of a group's polar rows, in the order of the summation: m = 0 with l = 0 to
-/// bands - 1, then m = 1 with l = 1 to bands - 1 and so on. One value for each row.
+/// An entry (l, m) of a group's polar rows, one value for each row. Entries stand in the order of
+/// the summation, two orders m taking turns; RowSums.inl draws it.
 struct alignas(64) GroupEntry {
     double row[rowGroup];
 };

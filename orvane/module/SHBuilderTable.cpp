@@ -10,6 +10,8 @@ namespace orvane::binding {
 
 namespace {
 
+// Names and docstrings stay as scripts know them, `angleName` and every slip of spelling included.
+
 constexpr AttributeRow attributes[] = {
     {"angleName", AttributeTypeDouble, offsetof(SHBuilder, tables.angleScale), AttributeReadable,
      "The angle scale for used converting phi and theta to lut lookup indices",
@@ -151,8 +153,8 @@ constexpr MethodRow methods[] = {
      {.what = "Makes the tables that evaluation, projection and rendering read.",
       .arguments = {{{"numSteps", filledIn<"steps in a full circle, 1 to #", maxTableSteps>}}},
       .errors = "ValueError outside the range, MemoryError; the old tables are then kept.",
-      .remarks =
-          "They take about 12 KB per step. More steps make finer results; the examples use 1024."}},
+      .remarks = "They take 8 KB of memory per step. More steps make finer results; the examples "
+                 "use 1024."}},
 
     {"GenerateSphericalSamples",
      Thunk<&SHBuilder::GenerateSphericalSamples>(),

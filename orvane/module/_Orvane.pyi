@@ -215,7 +215,7 @@ class SHBuilder(object):
     def GenerateLookUpTables(self, __numSteps: int) -> None:
         """Makes the tables that evaluation, projection and rendering read.
 
-        They take about 12 KB per step. More steps make finer results; the examples use 1024.
+        They take 8 KB of memory per step. More steps make finer results; the examples use 1024.
 
         numSteps: steps in a full circle, 1 to 262144
 

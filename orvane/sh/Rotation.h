@@ -23,8 +23,9 @@ namespace orvane {
 /// @param angle radians; it is never folded, and a non-finite one makes every coefficient of
 /// order m != 0 NaN
 /// @param out another set than `in`; gets its band count
-/// @throws std::invalid_argument where the wrapping square of the band count is negative;
-/// std::bad_alloc. `out` is then unchanged.
+/// @throws std::invalid_argument where the wrapping square of the band count is negative
+/// @throws std::bad_alloc
+/// `out` is then unchanged.
 void RotateZ(const SphericalHarmonic &in, double angle, SphericalHarmonic &out);
 
 /// Rotates by a matrix that acts on row vectors (x, y, z) from the right, the pole being z: band 1,
@@ -32,6 +33,7 @@ void RotateZ(const SphericalHarmonic &in, double angle, SphericalHarmonic &out);
 /// The matrix should be orthonormal; any other is taken as it is, with meaningless higher bands.
 /// Follows the whole bands of the array of `in`, whatever its band count says.
 /// @param out another set than `in`; gets 30 bands, those that `in` lacks being 0
+/// @param kernels the processor's best where nothing is said
 /// @throws std::bad_alloc with `out` unchanged
 void RotateSH(const SphericalHarmonic &in, const double matrix[3][3], SphericalHarmonic &out,
               const Kernels &kernels = BestKernels());
