@@ -195,7 +195,7 @@ bool TeskExtractArgumentImpl(PyObject *object, double &value, unsigned int index
 
 PyObject *PyThunkLeave(PyObject *result)
 {
-    static const auto next = Next(&PyThunkLeave);
+    static decltype(&PyThunkLeave) const next = Next(&PyThunkLeave);
     OrderFor("PyThunkLeave");
     return next(result);
 }

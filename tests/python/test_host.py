@@ -148,7 +148,7 @@ class TeskRunTest(unittest.TestCase):
         """Its status, output and error output."""
         process = subprocess.Popen((self.RUNNER,) + arguments, universal_newlines=True,
                                    stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                   env=dict(os.environ, PATH=""))
+                                   env=dict(os.environ, PATH="") if os.name == "posix" else None)
         output, errors = process.communicate()
         return process.returncode, output, errors
 
