@@ -389,6 +389,8 @@ inline void StoreSums(const Columns *columns, const double *in, int l, int n, fl
 
 /// One rotation.
 struct Rotation {
+    // Columns are written before they are read, band by band.
+    // cppcheck-suppress uninitMemberVar
     Rotation(const RotationConstants &constants, const double (*matrix)[3], const float *in,
              int bands)
         : first(matrix), factors(first), constants(constants), bands(bands)

@@ -3,6 +3,7 @@
 // The types of arguments and results as scripts see them, and what each is called where.
 
 #include <cstddef>
+#include <span>
 
 namespace orvane::binding {
 
@@ -33,16 +34,20 @@ inline constexpr ScriptTypeNames scriptTypeNames[] = {
     {ScriptType::Matrix, "None", "tuple", "_Matrix"},
     {ScriptType::View, "None", "buffer", "_Buffer"},
 };
-static_assert([] {
-    for (std::size_t i = 0; i < sizeof scriptTypeNames / sizeof *scriptTypeNames; ++i)
-        if (scriptTypeNames[i].type != static_cast<ScriptType>(i))
-            return false;
-    return true;
-}());
 
 constexpr const ScriptTypeNames &NamesOf(ScriptType type)
 {
     return scriptTypeNames[static_cast<std::size_t>(type)];
 }
+
+/// Whether each row stands where NamesOf looks for it.
+constexpr bool EachIsAtItsValue(std::span<const ScriptTypeNames> names)
+{
+    for (const ScriptTypeNames &each : names)
+        if (&each != &names[static_cast<std::size_t>(each.type)])
+            return false;
+    return true;
+}
+static_assert(EachIsAtItsValue(scriptTypeNames));
 
 } // namespace orvane::binding
