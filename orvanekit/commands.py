@@ -6,8 +6,6 @@ import json
 import math
 import os
 import sys
-import urllib
-import urlparse
 import webbrowser
 
 import orvanekit as kit
@@ -251,6 +249,8 @@ def _view(options):
         kit.write_page(made, sets, title)
     print made
     if options.open:
+        import urllib  # needs sockets, which an embedded Python may not have
+        import urlparse
         address = urlparse.urljoin(
             "file:", urllib.pathname2url(os.path.abspath(made)))
         if not webbrowser.open(address):

@@ -39,14 +39,14 @@ constexpr ArgumentNote samplesPerAxis{
     "sqrtNumSamples", filledIn<"samples per axis, up to #; none below 1", maxSamplesPerAxis>};
 
 constexpr std::string_view newSet = "a new set";
-constexpr std::string_view newWholeSet = filledIn<"a new set, always of # bands", tableBands>;
+constexpr std::string_view newWholeSet{filledIn<"a new set, always of # bands", tableBands>};
 constexpr std::string_view theTarget = "the target: the same object that was passed in";
 
-constexpr std::string_view evaluationErrors =
+constexpr std::string_view evaluationErrors{
     filledIn<"RuntimeError before GenerateLookUpTables; ValueError where an angle is not finite, "
              "theta lies beyond the tables, or there are more terms than the set has coefficients "
              "or than #.",
-             tableCoefficients>;
+             tableCoefficients>};
 constexpr std::string_view projectionErrors =
     "RuntimeError where there are samples but no tables; ValueError for another number of bands; "
     "MemoryError.";
@@ -60,10 +60,10 @@ constexpr std::string_view smallerSource =
 constexpr std::string_view equalOperands =
     "The target takes over the size of the operands and may be one of them. Operands with "
     "different numbers of coefficients change nothing.";
-constexpr std::string_view resizeErrors =
+constexpr std::string_view resizeErrors{
     filledIn<"TypeError where a set is None; MemoryError, and ValueError where numBands of the "
              "first operand was written to be more than # (some such numbers pass).",
-             maxSetBands>;
+             maxSetBands>};
 constexpr std::string_view foldedAngle =
     "RuntimeError before GenerateLookUpTables; ValueError where an angle that is folded is not "
     "finite.";
