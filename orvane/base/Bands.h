@@ -5,7 +5,6 @@
 // A set of B bands has the bands l = 0..B-1, and band l the orders m = -l..l: B * B coefficients,
 // band by band, and each band by ascending order.
 
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
@@ -43,16 +42,17 @@ constexpr std::int32_t CoefficientCount(std::int32_t bands)
 }
 
 /// Number of bands, at most 30, that an array of `count` coefficients holds completely.
-inline int WholeTableBands(std::size_t count)
+constexpr int WholeTableBands(std::size_t count)
 {
-    // The root of a square is exact, and that of no other count below 900 rounds to a whole number.
-    return count < tableCoefficients ? static_cast<int>(std::sqrt(static_cast<double>(count)))
-                                     : tableBands;
+    int bands = 0;
+    while (bands < tableBands && static_cast<std::size_t>(CoefficientCount(bands + 1)) <= count)
+        ++bands;
+    return bands;
 }
 
 /// The bands that the first `count` coefficients reach into, the last one perhaps in part.
 /// @param count at most 900
-inline int BandsReached(std::int32_t count)
+constexpr int BandsReached(std::int32_t count)
 {
     const int whole = WholeTableBands(count);
     return CoefficientCount(whole) < count ? whole + 1 : whole;

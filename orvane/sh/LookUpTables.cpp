@@ -160,7 +160,9 @@ double LookUpTables::Evaluate(const SphericalHarmonic &sh, std::int32_t bands, c
         return 0.0;
     Require();
     RequireTerms(sh, name, bands);
-    const int orders = BandsReached(count);
+    // The square of a number that is no number of bands may wrap around to a count that ends within
+    // a band.
+    const int orders = bands >= 0 && bands <= tableBands ? bands : BandsReached(count);
     RequireFoldable(phi, orders - 1);
     const std::int32_t step = PolarStep(theta);
     EnsurePolarStep(step);
