@@ -24,6 +24,8 @@ namespace orvane {
 inline constexpr int rowGroup = 8;
 /// Rows of a group whose pixels are computed at a time, at the most.
 inline constexpr int maxStripRows = 8;
+/// Rows that a vector of narrow segments holds at the most.
+inline constexpr int maxVectorRows = 4;
 /// Segments that a row is cut into at the most.
 inline constexpr int maxSegments = 16;
 /// Table indices kept of a column: of the orders 0..29, and two that nobody reads.
@@ -73,6 +75,7 @@ struct PictureColumns {
     std::int32_t segments;       ///< 1, 2, 4, 8 or 16
     std::int32_t segmentColumns; ///< of each; divides `columns`
     std::int32_t firstSegment;
+    std::int32_t vectorRows;     ///< rows of the picture in a vector: 1, 2 or 4 (Segments.inl)
     OrderSlot slots[tableBands]; ///< of the orders 1..bands - 1
     /// One past the last slot of class 0, 1, .. segments / 2.
     std::int32_t classEnds[maxSegments / 2 + 1];

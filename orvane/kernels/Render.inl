@@ -75,6 +75,9 @@ constexpr int SegmentRoundings(int segments)
 constexpr int groupsAtATime = ORVANE_VECTOR_BYTES == 64 ? 2 : 1; // as registers allow
 constexpr int stripRows = ORVANE_VECTOR_BYTES == 64 ? 8 : 4;     // fills the registers
 static_assert(stripRows <= maxStripRows && rowGroup % stripRows == 0);
+/// Vectors of so many rows that a strip has.
+template <int rows>
+constexpr int stripVectors = stripRows < rowGroup / rows ? stripRows : rowGroup / rows;
 
 typedef int VecWI __attribute__((vector_size(ORVANE_VECTOR_BYTES)));
 typedef unsigned char VecBytes
@@ -109,7 +112,7 @@ struct RenderState {
     int rows = 0;
     const RowSums *sums = nullptr;
     SlotSums slotSums;
-    float bounds[rowGroup];
+    float bounds[rowGroup + 4]; ///< four are read at a time
 };
 
 // The set
@@ -292,53 +295,54 @@ inline void NarrowSums(RenderState &state)
 }
 
 /// The sums of class c of one vector of columns, whose factors are given, in a strip of rows.
-template <int segments, int c>
+template <int segments, int rows, int c>
 inline void SumClass(const RenderState &state, int strip, const float *factors,
-                     VecW (&classSums)[stripRows][segments])
+                     VecW (&classSums)[stripVectors<rows>][segments])
 {
     constexpr bool needsQ = c > 0 && 2 * c < segments;
+    constexpr int vectors = stripVectors<rows>;
+    // Sums of cosines and of sines, apart where registers allow: few sums would wait for each other.
+    constexpr bool isApart = !needsQ || 2 * vectors <= stripRows;
     const SlotSums &sums = state.slotSums;
-    VecW p[stripRows];
-    VecW q[stripRows] = {}; // where Q is not needed, the sines' part of P
-    for (int r = 0; r < stripRows; ++r)
-        p[r] = c == 0 ? BroadcastWide(sums.zonal[strip + r]) : VecW{};
+    VecW p[2][vectors] = {};
+    VecW q[2][vectors] = {};
+    if constexpr (c == 0)
+        for (int r = 0; r < vectors; ++r)
+            p[0][r] = SpreadRows<rows>(sums.zonal + strip + r * rows);
     const std::int32_t *ends = state.job.columns->classEnds;
     const int end = ends[c];
     for (int slot = c == 0 ? 0 : ends[c - 1]; slot < end; ++slot) {
         const VecW cosine = LoadWide(factors + slot * 2 * wideLanes);
         const VecW sine = LoadWide(factors + slot * 2 * wideLanes + wideLanes);
-        for (int r = 0; r < stripRows; ++r) {
-            const VecW a = Held(BroadcastWide(sums.slots[slot].cosine[strip + r]));
-            const VecW b = Held(BroadcastWide(sums.slots[slot].sine[strip + r]));
-            p[r] = MultiplyAdd(a, cosine, p[r]);
-            if constexpr (needsQ) {
-                q[r] = MultiplyAdd(b, cosine, q[r]);
-                p[r] = MultiplyAdd(b, sine, p[r]);
-                q[r] = MultiplySubtract(a, sine, q[r]);
-            } else {
-                q[r] = MultiplyAdd(b, sine, q[r]);
-            }
+        for (int r = 0; r < vectors; ++r) {
+            const auto &of = sums.slots[slot];
+            const VecW a = Held(SpreadRows<rows>(of.cosine + strip + r * rows));
+            const VecW b = Held(SpreadRows<rows>(of.sine + strip + r * rows));
+            p[0][r] = MultiplyAdd(a, cosine, p[0][r]);
+            if constexpr (needsQ)
+                q[0][r] = MultiplyAdd(b, cosine, q[0][r]);
+            p[isApart][r] = MultiplyAdd(b, sine, p[isApart][r]);
+            if constexpr (needsQ)
+                q[isApart][r] = MultiplySubtract(a, sine, q[isApart][r]);
         }
     }
-    for (int r = 0; r < stripRows; ++r) {
-        if constexpr (needsQ) {
-            classSums[r][ClassSum(c)] = p[r];
-            classSums[r][ClassSum(c) + 1] = q[r];
-        } else {
-            classSums[r][ClassSum(c)] = p[r] + q[r];
-        }
+    for (int r = 0; r < vectors; ++r) {
+        classSums[r][ClassSum(c)] = isApart ? p[0][r] + p[1][r] : p[0][r];
+        if constexpr (needsQ)
+            classSums[r][ClassSum(c) + 1] = isApart ? q[0][r] + q[1][r] : q[0][r];
     }
 }
 
-template <int segments, int... c>
+template <int segments, int rows, int... c>
 inline void SumClasses(const RenderState &state, int strip, const float *factors,
-                       VecW (&classSums)[stripRows][segments], std::integer_sequence<int, c...>)
+                       VecW (&classSums)[stripVectors<rows>][segments],
+                       std::integer_sequence<int, c...>)
 {
-    (SumClass<segments, c>(state, strip, factors, classSums), ...);
+    (SumClass<segments, rows, c>(state, strip, factors, classSums), ...);
 }
 
 /// The single-precision values of a strip of rows of the group, from `strip` on.
-template <int segments>
+template <int segments, int rows>
 __attribute__((noinline)) void FillStrip(const RenderState &state, int strip)
 {
     const PictureColumns &columns = *state.job.columns;
@@ -352,36 +356,41 @@ __attribute__((noinline)) void FillStrip(const RenderState &state, int strip)
     for (int vector = last; vector >= 0; --vector) {
         const float *factors = state.job.columnArrays.factors +
                                static_cast<std::ptrdiff_t>(vector) * wideLanes * 2 * orders;
-        VecW classSums[stripRows][segments];
-        SumClasses<segments>(state, strip, factors, classSums,
-                             std::make_integer_sequence<int, segments / 2 + 1>{});
-        for (int r = 0; r < stripRows; ++r) {
+        constexpr int vectors = stripVectors<rows>;
+        VecW classSums[vectors][segments];
+        SumClasses<segments, rows>(state, strip, factors, classSums,
+                                   std::make_integer_sequence<int, segments / 2 + 1>{});
+        for (int r = 0; r < vectors; ++r) {
             VecW pixels[segments];
             SegmentTransform<segments>::Do(classSums[r], 1, pixels);
-            float *to = scratch.values + r * scratch.valueStride + vector * wideLanes;
+            float *to = scratch.values + r * rows * scratch.valueStride + vector * wideLanes;
             if (isWhole)
-                for (int j = 0; j < segments; ++j, to += columns.segmentColumns)
+                for (int j = 0; j < segments; ++j, to += rows * columns.segmentColumns)
                     StoreWide(to, pixels[j]);
             else
-                for (int j = columns.firstSegment; j < end; ++j, to += columns.segmentColumns)
+                for (int j = columns.firstSegment; j < end;
+                     ++j, to += rows * columns.segmentColumns)
                     StoreWide(to, pixels[j]);
         }
     }
 }
 
-inline void FillStrip(const RenderState &state, int strip)
+/// @tparam rows in a vector; VectorRows tells for which cuts
+template <int rows> inline void FillStrip(const RenderState &state, int strip)
 {
-    switch (state.job.columns->segments) {
-    case 16:
-        return FillStrip<16>(state, strip);
-    case 8:
-        return FillStrip<8>(state, strip);
-    case 4:
-        return FillStrip<4>(state, strip);
-    case 2:
-        return FillStrip<2>(state, strip);
-    default:
-        return FillStrip<1>(state, strip);
+    const int segments = state.job.columns->segments;
+    if (segments == 16)
+        return FillStrip<16, rows>(state, strip);
+    if constexpr (rows == 1 || rows == quarters) {
+        if (segments == 8)
+            return FillStrip<8, rows>(state, strip);
+        if (segments == 4)
+            return FillStrip<4, rows>(state, strip);
+    }
+    if constexpr (rows == 1) {
+        if (segments == 2)
+            return FillStrip<2, rows>(state, strip);
+        FillStrip<1, rows>(state, strip);
     }
 }
 
@@ -409,24 +418,31 @@ inline VecInteger PackBytes(const VecW (&values)[4], VecInteger offsets)
                                             ORVANE_VECTOR_CALL(adds_epi16)(high, offsets));
 }
 
-constexpr int quarters = ORVANE_VECTOR_BYTES / 16;
-
-/// Where packing puts four pixels, and where they come from.
-constexpr int PackedPlace(int place)
+/// Where packing puts four pixels, and where they come from, of vectors of so many rows.
+template <int rows> constexpr int PackedPlace(int place)
 {
-    return place % quarters * 4 + place / quarters;
+    constexpr int share = quarters / rows; // of each row in a vector
+    const int row = place / (4 * share);
+    return (row * share + place % share) * 4 + place / share % 4;
 }
-constexpr int OrderedPlace(int packed)
+template <int rows> constexpr int OrderedPlace(int packed)
 {
-    return packed % 4 * quarters + packed / 4;
+    constexpr int share = quarters / rows;
+    const int row = packed / 4 / share;
+    return (row * 4 + packed % 4) * share + packed / 4 % share;
 }
 
-template <int... place>
-inline void StoreBytes(std::uint8_t *to, VecInteger packed, std::integer_sequence<int, place...>)
+/// Stores the bytes of each row from a column on.
+template <int rows, int... place>
+inline void StoreBytes(std::uint8_t *const (&to)[rows], int column, VecInteger packed,
+                       std::integer_sequence<int, place...>)
 {
     const auto fours = reinterpret_cast<VecWI>(packed);
-    const VecWI ordered = __builtin_shufflevector(fours, fours, PackedPlace(place)...);
-    *reinterpret_cast<VecBytes *>(to) = reinterpret_cast<VecBytes>(ordered);
+    const VecWI ordered = __builtin_shufflevector(fours, fours, PackedPlace<rows>(place)...);
+    constexpr int length = ORVANE_VECTOR_BYTES / rows;
+    for (int row = 0; row < rows; ++row)
+        __builtin_memcpy(to[row] + column,
+                         reinterpret_cast<const std::uint8_t *>(&ordered) + row * length, length);
 }
 
 /// A bit for each byte that differs.
@@ -441,41 +457,74 @@ inline std::uint64_t Differences(VecInteger a, VecInteger b)
 #endif
 }
 
-/// Fills the bytes of one row of the group.
-inline void FillPixels(RenderState &state, int row, const float *values)
+/// Fills the bytes of the rows of a vector, from `firstRow` of the group on.
+template <int rows>
+inline void FillPixels(RenderState &state, int firstRow, const float *values,
+                       std::uint8_t *const (&to)[rows])
 {
     const RenderJob &job = state.job;
     const int columns = job.columns->columns;
-    std::uint8_t *bytes = job.scratch.bytes;
-    const VecW bound = BroadcastWide(state.bounds[row]);
+    const VecW bound = SpreadRows<rows>(state.bounds + firstRow);
     const VecInteger offsets = ORVANE_VECTOR_CALL(set1_epi16)(static_cast<short>(job.offset));
-    for (int first = 0; first < columns; first += ORVANE_VECTOR_BYTES) {
+    constexpr int block = ORVANE_VECTOR_BYTES / rows; // columns of four vectors
+    for (int first = 0; first < columns; first += block, values += ORVANE_VECTOR_BYTES) {
         VecW low[4];
         VecW high[4];
         for (int i = 0; i < 4; ++i) {
-            const VecW value = LoadWide(values + first + i * wideLanes);
+            const VecW value = LoadWide(values + i * wideLanes);
             low[i] = value - bound;
             high[i] = value + bound;
         }
         const VecInteger packed = PackBytes(low, offsets);
         std::uint64_t open = Differences(packed, PackBytes(high, offsets));
-        StoreBytes(bytes + first, packed, std::make_integer_sequence<int, wideLanes>{});
+        StoreBytes<rows>(to, first, packed, std::make_integer_sequence<int, wideLanes>{});
         for (; __builtin_expect(open != 0, 0); open &= open - 1) {
-            const int byte = __builtin_ctzll(open);
-            const int column = first + 4 * OrderedPlace(byte / 4) + byte % 4;
-            if (column < columns)
-                bytes[column] = RecheckPixel(state, row, column);
+            const int bit = __builtin_ctzll(open);
+            const int place = 4 * OrderedPlace<rows>(bit / 4) + bit % 4;
+            const int row = place / block;
+            const int column = first + place % block;
+            if (column < columns && firstRow + row < state.rows)
+                to[row][column] = RecheckPixel(state, firstRow + row, column);
         }
     }
 }
 
-/// Writes the pixels of a row of the group to all image rows that share them.
-inline void WritePixels(const RenderState &state, int row)
+/// The image rows that share a row of the group.
+struct ImageRows {
+    ImageRows(const RenderJob &job, int row)
+        : first(job.image + job.rows.firstRows[row] * job.imageWidth),
+          end(job.image + job.rows.firstRows[row + 1] * job.imageWidth)
+    {
+    }
+    std::uint8_t *first;
+    std::uint8_t *end;
+};
+
+/// Decides the columns that are not lone.
+/// @tparam rows in a vector
+template <int rows> inline void FillStrips(RenderState &state)
 {
     const RenderJob &job = state.job;
-    const std::int32_t *firstRows = job.rows.firstRows + state.firstRow + row;
-    for (std::int32_t y = firstRows[0]; y < firstRows[1]; ++y)
-        __builtin_memcpy(job.image + y * job.imageWidth, job.scratch.bytes, job.columns->columns);
+    constexpr int strip = stripVectors<rows> * rows;
+    for (int first = 0; first < state.rows; first += strip) {
+        FillStrip<rows>(state, first);
+        for (int row = first; row < first + strip && row < state.rows; row += rows) {
+            // The bytes of a vector's several rows end with these, and go where they belong at once.
+            std::uint8_t *to[rows];
+            for (int i = 0; i < rows; ++i)
+                to[i] = rows > 1 && row + i < state.rows
+                            ? ImageRows(job, state.firstRow + row + i).first
+                            : job.scratch.bytes;
+            FillPixels<rows>(state, row,
+                             job.scratch.values + (row - first) * job.scratch.valueStride, to);
+            for (int i = 0; i < rows && row + i < state.rows; ++i) {
+                const ImageRows image(job, state.firstRow + row + i);
+                for (std::uint8_t *y = image.first; y != image.end; y += job.imageWidth)
+                    if (y != to[i])
+                        __builtin_memcpy(y, to[i], job.columns->columns);
+            }
+        }
+    }
 }
 
 inline void RenderGroup(RenderState &state)
@@ -487,13 +536,12 @@ inline void RenderGroup(RenderState &state)
         return;
     }
     NarrowSums(state);
-    for (int strip = 0; strip < state.rows; strip += stripRows) {
-        FillStrip(state, strip);
-        for (int row = strip; row < strip + stripRows && row < state.rows; ++row) {
-            FillPixels(state, row, job.scratch.values + (row - strip) * job.scratch.valueStride);
-            WritePixels(state, row);
-        }
-    }
+    if (job.columns->vectorRows == 1)
+        FillStrips<1>(state);
+    else if (job.columns->vectorRows == quarters)
+        FillStrips<quarters>(state);
+    else if constexpr (quarters > 2)
+        FillStrips<2>(state);
     for (int i = 0; i < job.columns->loneColumns; ++i)
         FillLoneColumn(state, job.columnArrays.lone[i]);
 }

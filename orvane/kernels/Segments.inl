@@ -17,6 +17,11 @@
 //
 //    58 factors of n columns --(row sums)--> S sums of n columns --(transform)--> S n pixels
 //
+// Where n is a quarter or half of a vector's lanes, as in icons, a vector holds as many rows:
+//
+//    lane       0 .. n - 1 | n .. 2 n - 1 | ..
+//    row            y      |    y + 1     | ..        columns 0 .. n - 1 of each
+//
 // The literal pixel takes its factors from a table of N steps. Where S divides N, turning by m j /
 // S is going on by m j N / S entries, modulo N; that the tables of the columns are read so is
 // looked up, index by index. Columns that do not fit are lone: they are computed on their own. The
@@ -31,6 +36,7 @@
 constexpr double exactTurn = 0x1.921fb54442d18p+2; // 2 pi
 
 constexpr int wideLanes = ORVANE_VECTOR_BYTES / 4; ///< floats in a vector
+constexpr int quarters = wideLanes / 4;            ///< of four floats
 
 typedef float VecWUnaligned
     __attribute__((vector_size(ORVANE_VECTOR_BYTES), aligned(4), may_alias));
@@ -46,6 +52,35 @@ inline VecW LoadWide(const float *from)
 inline void StoreWide(float *to, VecW value)
 {
     *reinterpret_cast<VecWUnaligned *>(to) = value;
+}
+
+/// Four values, in every quarter.
+inline VecW LoadQuarters(const float *from)
+{
+#if ORVANE_VECTOR_BYTES == 64
+    return _mm512_maskz_broadcast_f32x4(0xffff, _mm_loadu_ps(from));
+#elif ORVANE_VECTOR_BYTES == 32
+    return _mm256_broadcast_ps(reinterpret_cast<const __m128 *>(from));
+#else
+    return LoadWide(from);
+#endif
+}
+
+/// The values of so many rows, each in its share of the lanes.
+/// @param values of the rows; for more than one, four can be read
+template <int rows, int... lane>
+inline VecW SpreadRows(const float *values, std::integer_sequence<int, lane...>)
+{
+    if constexpr (rows == 1) {
+        return BroadcastWide(*values);
+    } else {
+        const VecW fours = LoadQuarters(values);
+        return __builtin_shufflevector(fours, fours, (lane / 4 * 4 + lane * rows / wideLanes)...);
+    }
+}
+template <int rows> inline VecW SpreadRows(const float *values)
+{
+    return SpreadRows<rows>(values, std::make_integer_sequence<int, wideLanes>{});
 }
 
 /// Row sums of a group in single precision, in the order of the slots, signs turned as there.
@@ -81,18 +116,29 @@ inline void OrderByClass(int segments, int bands, PictureColumns &columns)
     }
 }
 
+/// How many rows of a picture a vector holds: more than one where a segment of four columns or, at
+/// the finest cut, eight fills but a part of it.
+constexpr int VectorRows(int segments, int segmentColumns)
+{
+    const int rows = wideLanes / segmentColumns;
+    const bool isFull = segmentColumns >= 4 && rows * segmentColumns == wideLanes;
+    return isFull && segments >= (segmentColumns == 4 ? 4 : 16) ? rows : 1;
+}
+
 /// A way to cut the columns of a picture, or of a part of it that is made of whole segments.
 struct Cut {
     int segments;                     ///< of a full circle
     int segmentColumns;               ///< of each
     int firstSegment;                 ///< of the part
+    int vectorRows;                   ///< rows of the picture in a vector
     std::int32_t turns[columnOrders]; ///< table entries from segment to segment, for each order
 };
 
 inline Cut MakeCut(const ColumnLayoutJob &job, int segments)
 {
     const int columns = segments == 1 ? job.columns : job.imageWidth / segments;
-    Cut cut = {segments, columns, segments == 1 ? 0 : job.firstColumn / columns, {}};
+    const int rows = job.columns == job.imageWidth ? VectorRows(segments, columns) : 1;
+    Cut cut = {segments, columns, segments == 1 ? 0 : job.firstColumn / columns, rows, {}};
     for (int m = 0; m < job.bands; ++m)
         cut.turns[m] = m % segments * (job.angles.numSteps / segments);
     return cut;
@@ -164,10 +210,9 @@ inline void FillFactors(const ColumnLayoutJob &job, const Cut &cut, const Pictur
     const int vectors = (cut.segmentColumns + wideLanes - 1) / wideLanes;
     for (int first = 0; first < vectors * wideLanes; first += lanes) {
         for (int lane = 0; lane < lanes; ++lane) {
-            // Behind the last column stands the last one again.
-            const int last = cut.segmentColumns - 1;
+            // Behind the last column stand those of further rows, or of nobody.
             std::int32_t index[columnOrders];
-            FindFirstSegment(job, cut, first + lane < last ? first + lane : last, index);
+            FindFirstSegment(job, cut, (first + lane) % cut.segmentColumns, index);
             for (int segment = cut.firstSegment; segment > 0; --segment)
                 TurnBack(cut, job.angles.numSteps, index);
             LookUpFactors(job.angles, index, job.bands, factors[lane]);
@@ -207,11 +252,11 @@ inline void FindColumnIndices(const ColumnLayoutJob &job)
     }
 }
 
-/// Operations on a row.
+/// Operations on as many rows as a vector holds at the most.
 inline int CutCost(const ColumnLayoutJob &job, const Cut &cut)
 {
     const int vectors = (cut.segmentColumns + wideLanes - 1) / wideLanes;
-    return vectors * SegmentCost(cut.segments, job.bands - 1);
+    return vectors * SegmentCost(cut.segments, job.bands - 1) * (maxVectorRows / cut.vectorRows);
 }
 
 void LayColumns(const ColumnLayoutJob &job, PictureColumns &columns)
@@ -238,6 +283,7 @@ void LayColumns(const ColumnLayoutJob &job, PictureColumns &columns)
     columns.segments = best.segments;
     columns.segmentColumns = best.segmentColumns;
     columns.firstSegment = best.firstSegment;
+    columns.vectorRows = best.vectorRows;
     columns.loneColumns = lone;
     const double turn = job.angles.numSteps * job.tableStep - exactTurn;
     columns.turnError = best.segments == 1 ? 0.0 : __builtin_fabs(turn) + 0x1p-48;
