@@ -23,13 +23,14 @@ if (($# > 0)); then
     exit
 fi
 mkdir -p bench/results
+commit=$(git describe --always --dirty)
 printed=$(mktemp bench/results/.measured.XXXXXX)
 trap 'rm -f "$printed"' EXIT
 Measure | tee "$printed"
 machine=$(sed -n 's/^Processor: \(.*\), widest instruction set in use: \([^.]*\)\. .*/\1, \2/p' "$printed")
 file=bench/results/$(tr -cs '[:alnum:]-' '-' <<<"${machine,,}" | sed 's/-$//')-$(date +%F).md
 {
-    printf '# %s\n\n%s, commit %s.\n\n' "$machine" "$(date '+%-d %B %Y')" "$(git describe --always --dirty)"
+    printf '# %s\n\n%s, commit %s.\n\n' "$machine" "$(date '+%-d %B %Y')" "$commit"
     cat "$printed"
 } >"$file"
 echo "written to $file" >&2
