@@ -351,6 +351,7 @@ __attribute__((noinline)) void FillStrip(const RenderState &state, int strip)
     const int last = (columns.segmentColumns - 1) / wideLanes;
     const int end = columns.firstSegment + columns.columns / columns.segmentColumns;
     const bool isWhole = end - columns.firstSegment == segments;
+    const std::ptrdiff_t segmentFloats = rows * columns.segmentColumns;
     // What a vector writes beyond its segment is overwritten with the next segment's pixels: the
     // last vectors come first.
     for (int vector = last; vector >= 0; --vector) {
@@ -365,11 +366,10 @@ __attribute__((noinline)) void FillStrip(const RenderState &state, int strip)
             SegmentTransform<segments>::Do(classSums[r], 1, pixels);
             float *to = scratch.values + r * rows * scratch.valueStride + vector * wideLanes;
             if (isWhole)
-                for (int j = 0; j < segments; ++j, to += rows * columns.segmentColumns)
+                for (int j = 0; j < segments; ++j, to += segmentFloats)
                     StoreWide(to, pixels[j]);
             else
-                for (int j = columns.firstSegment; j < end;
-                     ++j, to += rows * columns.segmentColumns)
+                for (int j = columns.firstSegment; j < end; ++j, to += segmentFloats)
                     StoreWide(to, pixels[j]);
         }
     }
