@@ -381,7 +381,7 @@ template <int rows> inline void FillStrip(const RenderState &state, int strip)
     const int segments = state.job.columns->segments;
     if (segments == 16)
         return FillStrip<16, rows>(state, strip);
-    if constexpr (rows == 1 || rows == quarters) {
+    if constexpr (rows == 1 || wideLanes == 4 * rows) {
         if (segments == 8)
             return FillStrip<8, rows>(state, strip);
         if (segments == 4)
