@@ -13,7 +13,7 @@ source "$(dirname "$0")/setup.sh"
 
 ((EUID == 0)) || Fail "Needs root: for the daemons of ssh and Slurm, and a small file system."
 PATH=$PATH:/usr/sbin:/sbin
-source tests/farm/support.sh
+source tests/batches/support.sh
 
 # Debian starts the services that it installs, unless this file forbids it.
 policy=/usr/sbin/policy-rc.d
@@ -31,7 +31,7 @@ if (($# == 0)); then
     set -- folder parallel ssh slurm
 fi
 for each; do
-    source "tests/farm/$each.sh"
+    source "tests/batches/$each.sh"
 done
-source bench/farm/workers.sh
+source bench/batches/workers.sh
 Report

@@ -123,7 +123,7 @@ HasResults() {
 
 MakeJobs() {
     export PYTHONPATH=$PWD/build/release/lib PYTHONDONTWRITEBYTECODE=1
-    "$PYTHON2" tests/farm/make_jobs.py "$temp"
+    "$PYTHON2" tests/batches/make_jobs.py "$temp"
     # work FOLDER K/N [OPTION...]; its id is that of the worker.
     cat >"$temp/work" <<END
 #!/usr/bin/env bash
