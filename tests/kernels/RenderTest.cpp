@@ -113,6 +113,41 @@ TEST_F(Render, WalksAllRowsAndColumns)
     ExpectLiteral(CaseFor(10), RandomCoefficients(900, 2), {67, 90, 5, 128});
 }
 
+// The bytes do not tell how a row is cut, but without a cut most of the speed is gone.
+TEST_F(Render, CutsRowsThatCanBeCut)
+{
+    struct Example {
+        int numSteps, imageWidth, firstColumn, columns;
+        int leastSegments, mostSegments;
+    };
+    constexpr Example examples[] = {
+        {1024, 32, 0, 32, 8, 16},      {1024, 64, 0, 64, 8, 16},     {1024, 256, 0, 256, 16, 16},
+        {1024, 2048, 0, 2048, 16, 16}, {1024, 256, 64, 128, 16, 16}, {1000, 1024, 0, 1024, 4, 8},
+        {1000, 100, 0, 100, 4, 4},     {1024, 256, 3, 200, 1, 1},    {1024, 255, 0, 255, 1, 1}};
+    struct alignas(64) Line {
+        float values[16];
+    };
+    for (const Kernels *kernels : SupportedKernels())
+        for (const auto &[numSteps, imageWidth, firstColumn, columns, least, most] : examples) {
+            std::vector<std::int32_t> indices(columns * columnOrders);
+            std::vector<std::int32_t> lone(MostLoneColumns(columns));
+            std::vector<Line> factors(FactorFloats(columns, tableBands) / 16);
+            PictureColumns cut;
+            kernels->layColumns({.angles = CaseFor(numSteps).builder.tables.Angles(),
+                                 .tableStep = static_cast<float>(TWO_PI_F) / numSteps,
+                                 .dPhi = static_cast<float>(TWO_PI_F) / imageWidth,
+                                 .bands = tableBands,
+                                 .imageWidth = imageWidth,
+                                 .firstColumn = firstColumn,
+                                 .columns = columns,
+                                 .arrays = {indices.data(), factors[0].values, lone.data()}},
+                                cut);
+            EXPECT_TRUE(cut.segments >= least && cut.segments <= most)
+                << cut.segments << " segments at " << Name(kernels->instructionSet) << ": "
+                << columns << " of " << imageWidth << " columns, " << numSteps << " steps";
+        }
+}
+
 TEST_F(Render, LeavesFewPixelsToTheSlowTiers)
 {
     constexpr int pixels = 256 * 64;
